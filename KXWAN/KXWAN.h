@@ -1,0 +1,18 @@
+#pragma once
+
+// All that an application includes.
+
+#include <KXWAN/api/CSWirelessModem.h>
+#include <KXWAN/foundation/CString.h>
+#include <KXWAN/foundation/DebugLog.h>
+#include <KXWAN/foundation/Host.h>
+#include <KXWAN/foundation/LastError.h>
+#include <KXWAN/foundation/Waiting.h>
+#include <KXWAN/handset/CHandsetPlatform.h>
+#include <KXWAN/handset/Detection.h>
+#include <KXWAN/modem/CSModem.h>
+#include <KXWAN/modem/KXModemProperties.h>
+#include <KXWAN/modem/ResultCode.h>
+#include <KXWAN/modem/SingleExchange.h>
+#include <KXWAN/serial/KxSerial.h>
+#include <KXWAN/serial/ModemDescriptorArray.h>

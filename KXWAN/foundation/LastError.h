@@ -1,0 +1,14 @@
+#pragma once
+
+#include <KXWAN/foundation/Export.h>
+
+#include <cstdint>
+
+// The code that an operation recorded last, 0 for none. One cell for the whole process.
+extern KXWAN_API uint32_t g_dwModemError;
+
+// Records a code; only the lower 32 bits are kept.
+KXWAN_API void SetModemError(unsigned long code);
+
+// Gives the recorded code and clears it: a second call in a row gives 0.
+KXWAN_API unsigned long GetLastModemError();

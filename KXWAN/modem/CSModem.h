@@ -1,0 +1,69 @@
+#pragma once
+
+#include <KXWAN/foundation/CString.h>
+#include <KXWAN/foundation/Export.h>
+#include <KXWAN/modem/KXModemProperties.h>
+#include <KXWAN/modem/ResultCode.h>
+#include <KXWAN/serial/KxSerial.h>
+
+#include <cstdint>
+
+// The AT command engine (V.250): sends one command and collects its answer. It owns one serial
+// port. One thread uses one object.
+//
+// On a line that owes nothing the first final result decides. A command that timed out leaves one
+// final result owed; the answers that come too late are told from those of later commands, so that
+// an answer is never taken for another command's. A changed speed or a reopened port cancels what
+// is owed.
+class KXWAN_API CSModem {
+ public:
+  CSModem();
+  virtual ~CSModem();  // closes the port
+  CSModem(const CSModem&) = delete;
+  CSModem& operator=(const CSModem&) = delete;
+
+  // Writes the command as it stands; the caller ends it with "\r". False when the write failed.
+  bool SendCommand(const char* command);
+
+  // Waits up to timeoutMs for a final result: true with the result code and the text in front of
+  // it, or the error's text. False on time-out, with kResultTimeout and what had come.
+  // "OK": the text, trimmed. "ERROR": empty. "+CME ERROR:"/"+CMS ERROR:": what follows, trimmed.
+  bool GetResponse(int& result, CString& response, unsigned long timeoutMs);
+
+  // Sends and waits, up to m_nRetries times m_dwResponseTimeout. True for any final result, so that
+  // a command succeeded only when this is true and result is kResultOk.
+  //
+  // A reply's buffer is, by CString's rules, never freed. A program that polls for months locks its
+  // text (response.LockBuffer()) before the text goes out of scope.
+  bool SendCommandGetResponse(const char* command, int& result, CString& response);
+
+  // Opens the port unless it is open and finds the device's speed with "ATE0V1\r": first
+  // optimumBaud, then the speeds in baudMask (0x02 19200, 0x10 115200, 0x04 38400, 0x08 57600,
+  // 0x01 9600, searched in this order). A device found elsewhere is moved with "AT+IPR=". One that
+  // answers with ERROR is sent "AT+CFUN=1\r". With a mask of 0 a silent device counts as opened.
+  // False leaves the port open unless opening it was what failed.
+  bool OpenDeviceFast(const char* port, unsigned long baudMask, unsigned long optimumBaud);
+
+  // Sends what the device needs once ("AT!UARTONLY\r" for some cards). False when it was not
+  // answered at all. port is not used.
+  bool InitModemOptions(const char* port, KXModemProperties* properties);
+
+  // The machine's serial devices; the caller owns the list. False leaves none.
+  bool GetInstalledModems(ModemDescriptorArray** list);
+
+  uint32_t m_dwLastResponseTime;  // engine milliseconds at the last final result
+  int32_t m_nRetries;             // 3
+  uint32_t m_dwResponseTimeout;   // milliseconds, 1500
+  KxSerial* m_pSerial;            // owned
+
+ private:
+  bool Await(int& result, CString& response, unsigned long timeoutMs, uint32_t earlier);
+  void NoticeNewLine();
+
+  uint32_t m_owed;            // final results of commands that timed out
+  bool m_awaiting;            // a command was sent and its result not yet waited for
+  uint32_t m_lineGeneration;  // the port's, when the line was last prepared
+};
+
+// Makes the next open of a port wait two seconds first, for PC cards that need to settle.
+KXWAN_API void KXModemSetPCCardOpenDelayFlag();
