@@ -1,0 +1,156 @@
+#include <KXWAN/api/CSWirelessModem.h>
+#include <KXWAN/foundation/TextPrivate.h>
+#include <KXWAN/handset/Detection.h>
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+#include <memory>
+#include <new>
+
+namespace {
+
+using kxwan::Contains;
+using kxwan::CopyText;
+using kxwan::ScopedText;
+using kxwan::View;
+
+constexpr unsigned long kDetectedSpeeds[] = {19200, 57600, 115200, 230400, 9600};
+
+// Which speeds OpenDevice may search, by the platform bits. The first row that fits decides.
+struct SearchRule {
+  CHandsetPlatform platform = 0;  // 0 fits any
+  const char* manufacturer = "";  // occurs in the manufacturer's text; "" fits any
+  unsigned long baudMask = 0;
+};
+
+constexpr unsigned long kAllBut9600 = 0x02 | 0x04 | 0x08 | 0x10;
+constexpr unsigned long kOnly9600 = 0x01;
+
+constexpr SearchRule kSearchRules[] = {
+    {.platform = PLATFORM_1XRTT, .baudMask = kAllBut9600},
+    {.platform = PLATFORM_GPRS, .manufacturer = "Sony Ericsson", .baudMask = kOnly9600},
+    {.baudMask = 0},
+};
+static_assert(std::rbegin(kSearchRules)->platform == 0, "the last row must fit any device");
+
+unsigned long SearchMask(const KXModemProperties& properties) {
+  return std::find_if(
+             std::begin(kSearchRules), std::end(kSearchRules),
+             [&](const SearchRule& row) {
+               return (row.platform == 0 || (properties.dwDeviceType & row.platform) != 0) &&
+                      Contains(properties.szManufacturer, row.manufacturer);
+             })
+      ->baudMask;
+}
+
+// Cards whose answers promise too little or too much. Every row that fits is applied in turn, so
+// that the last one wins.
+struct PlatformCorrection {
+  const char* model;
+  CHandsetPlatform keep;  // the detected bits that stay
+  CHandsetPlatform add;
+};
+
+// Deliberate: "gc8" in lower case and "GC75" in upper case, as these cards spell themselves.
+constexpr PlatformCorrection kSonyEricssonCards[] = {
+    {"gc8", ~CHandsetPlatform{0}, PLATFORM_GPRS | PLATFORM_EDGE},
+    {"GC75", 0, PLATFORM_GPRS},
+};
+
+CHandsetPlatform CorrectedPlatform(CSModem* modem, CHandsetPlatform platform) {
+  ScopedText model;
+  ScopedText manufacturer;
+  if (!GetModelAndManufacturer(modem, model, manufacturer) ||
+      !Contains(manufacturer, "SONY ERICSSON")) {
+    return platform;
+  }
+  for (const PlatformCorrection& row : kSonyEricssonCards) {
+    if (Contains(model, row.model)) platform = (platform & row.keep) | row.add;
+  }
+  return platform;
+}
+
+std::unique_ptr<CSModem> NewModem() {
+  std::unique_ptr<CSModem> modem(new (std::nothrow) CSModem);
+  if (modem != nullptr && modem->m_pSerial == nullptr) modem.reset();
+  return modem;
+}
+
+}  // namespace
+
+CSWirelessModem::CSWirelessModem() : m_pModem(nullptr) {}
+
+CSWirelessModem::~CSWirelessModem() { Close(); }
+
+void CSWirelessModem::Close() {
+  if (m_pModem == nullptr) return;
+  m_pModem->m_pSerial->Close();
+  delete m_pModem;
+  m_pModem = nullptr;
+}
+
+bool CSWirelessModem::Open(const char* port) {
+  if (m_pModem != nullptr) return false;
+  std::unique_ptr<CSModem> modem = NewModem();
+  if (modem == nullptr || modem->m_pSerial->Open(port) == 0) return false;
+  m_pModem = modem.release();
+  return true;
+}
+
+bool CSWirelessModem::OpenDevice(const char* port, KXModemProperties* properties) {
+  if (m_pModem != nullptr) return false;
+  std::unique_ptr<CSModem> modem = NewModem();
+  if (modem == nullptr ||
+      !modem->OpenDeviceFast(port, SearchMask(*properties), properties->dwBaudRate) ||
+      !modem->InitModemOptions(port, properties)) {
+    return false;
+  }
+  m_pModem = modem.release();
+  return true;
+}
+
+CHandsetPlatform CSWirelessModem::DetectModem(unsigned long& baud) {
+  CHandsetPlatform platform = PLATFORM_UNKNOWN;
+  for (const unsigned long speed : kDetectedSpeeds) {
+    baud = speed;
+    if (DetectWirelessPhone(m_pModem, speed, platform)) break;
+  }
+  return CorrectedPlatform(m_pModem, platform);
+}
+
+int CSWirelessModem::SendATCommandAndGetReply(const char* command, char* reply, int replySize) {
+  constexpr size_t kLongestCommand = 254;
+  std::string_view text(command);
+  if (!text.empty() && text.back() == '\r') text.remove_suffix(1);
+  text = text.substr(0, kLongestCommand);
+  char buffer[kLongestCommand + 2];
+  *std::copy(text.begin(), text.end(), buffer) = '\r';
+  buffer[text.size() + 1] = '\0';
+
+  int result = kxwan::kResultTimeout;
+  ScopedText response;
+  if (!m_pModem->SendCommandGetResponse(buffer, result, response)) return kxwan::kResultTimeout;
+  if (replySize > 0) CopyText(reply, static_cast<size_t>(replySize), View(response));
+  return result;
+}
+
+bool CSWirelessModem::GetModelAndManufacturer(char* model, char* manufacturer) {
+  ScopedText modelText;
+  ScopedText manufacturerText;
+  if (!::GetModelAndManufacturer(m_pModem, modelText, manufacturerText)) return false;
+  strcpy(model, modelText.String());
+  strcpy(manufacturer, manufacturerText.String());
+  return true;
+}
+
+bool CSWirelessModem::GetModelAndManufacturer(char* model, int modelSize, char* manufacturer,
+                                              int manufacturerSize) {
+  ScopedText modelText;
+  ScopedText manufacturerText;
+  if (!::GetModelAndManufacturer(m_pModem, modelText, manufacturerText)) return false;
+  CopyText(model, static_cast<size_t>(std::max(modelSize, 0)), View(modelText));
+  CopyText(manufacturer, static_cast<size_t>(std::max(manufacturerSize, 0)),
+           View(manufacturerText));
+  return true;
+}

@@ -1,0 +1,158 @@
+#include <KXWAN/foundation/ClockPrivate.h>
+#include <KXWAN/foundation/DebugLog.h>
+#include <KXWAN/foundation/TextPrivate.h>
+#include <KXWAN/foundation/Waiting.h>
+#include <KXWAN/modem/CSModem.h>
+#include <KXWAN/modem/ReplyPrivate.h>
+#include <sys/ioctl.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstring>
+#include <new>
+
+namespace {
+
+// Waiting bytes that the line already holds; 0 on a line that is gone.
+size_t WaitingBytes(int fd) {
+  int waiting = 0;
+  return ioctl(fd, FIONREAD, &waiting) == 0 && waiting > 0 ? static_cast<size_t>(waiting) : 0;
+}
+
+// Reads what is there, or waits for the first byte. Asking for no more than has arrived ends the
+// read at once, where asking for more would gather until the line is quiet. A read that comes back
+// with nothing and without having waited (the device is gone) is followed by a pause.
+size_t ReadSome(KxSerial* port, char* buffer, size_t room, size_t waiting) {
+  const auto start = std::chrono::steady_clock::now();
+  unsigned long got = 0;
+  port->Read(reinterpret_cast<unsigned char*>(buffer), std::clamp<size_t>(waiting, 1, room), &got);
+  const auto waited = std::chrono::steady_clock::now() - start;
+  if (got == 0 && waited < std::chrono::milliseconds(10)) WaitMilliSecond(15);
+  return got;
+}
+
+// A fresh tty translates and interprets what comes in, so that "\r\n" would never arrive as such.
+// The port puts the settings back when it closes.
+void MakeInputTransparent(int fd) {
+  constexpr tcflag_t kTranslations =
+      INLCR | IGNCR | ICRNL | ISTRIP | INPCK | PARMRK | IXON | IXOFF | IXANY;
+  struct termios attributes;
+  if (tcgetattr(fd, &attributes) != 0 || (attributes.c_iflag & kTranslations) == 0) return;
+  attributes.c_iflag &= ~kTranslations;
+  tcsetattr(fd, TCSANOW, &attributes);
+}
+
+// Also empties a locked text, which Empty leaves as it is, so that no older answer stays in it.
+void MakeEmpty(CString& text) {
+  text.Empty();
+  if (!text.IsEmpty()) text.AssignCopy(0, "");
+}
+
+void Assign(CString& text, std::string_view characters) {
+  text.AssignCopy(static_cast<int>(characters.size()), characters.data());
+}
+
+void LogResult(const kxwan::FinalResult& final, const CString& response) {
+  const char* text = response.String();
+  switch (final.code) {
+    case kxwan::kResultOk:
+      KXOutputDebug("CSModem::GetResponse() -> %.512s\n", *text != '\0' ? text : "OK");
+      break;
+    case kxwan::kResultEquipmentError:
+      KXOutputDebug("CSModem::GetResponse() -> %s Error: %s\n", final.kind, text);
+      break;
+    default:
+      KXOutputDebug("CSModem::GetResponse() -> ERROR\n");
+  }
+}
+
+}  // namespace
+
+CSModem::CSModem()
+    : m_dwLastResponseTime(0),
+      m_nRetries(3),
+      m_dwResponseTimeout(1500),
+      m_pSerial(new (std::nothrow) KxSerial),
+      m_owed(0),
+      m_awaiting(false),
+      m_lineGeneration(0) {}
+
+CSModem::~CSModem() {
+  if (m_pSerial != nullptr) m_pSerial->Close();
+  delete m_pSerial;
+  m_pSerial = nullptr;
+}
+
+bool CSModem::SendCommand(const char* command) {
+  NoticeNewLine();
+  KXOutputDebug("CSModem::SendCommand() -> %s\n", command);
+  m_awaiting =
+      m_pSerial->Write(reinterpret_cast<const unsigned char*>(command), strlen(command)) != 0;
+  return m_awaiting;
+}
+
+bool CSModem::GetResponse(int& result, CString& response, unsigned long timeoutMs) {
+  NoticeNewLine();
+  return Await(result, response, timeoutMs, m_owed);
+}
+
+bool CSModem::SendCommandGetResponse(const char* command, int& result, CString& response) {
+  result = kxwan::kResultTimeout;
+  MakeEmpty(response);
+  NoticeNewLine();
+  const uint32_t earlier = m_owed;
+  for (int32_t attempt = 0; attempt < m_nRetries; ++attempt) {
+    if (attempt > 0) kxwan::DiscardText(response);
+    if (SendCommand(command) && Await(result, response, m_dwResponseTimeout, earlier)) return true;
+  }
+  return false;
+}
+
+// earlier is the number of results that commands before this one are owed. Those of this command's
+// own earlier tries are not among them: the first of these answers the same question.
+bool CSModem::Await(int& result, CString& response, unsigned long timeoutMs, uint32_t earlier) {
+  result = kxwan::kResultTimeout;
+  MakeEmpty(response);
+  const uint32_t deadline = kxwan::Milliseconds() + static_cast<uint32_t>(timeoutMs);
+  const uint32_t own = m_awaiting ? 1 : 0;
+  const uint32_t outstanding = m_owed + own;
+  m_awaiting = false;
+
+  kxwan::Reply reply;
+  kxwan::ResultFinder finder(m_owed > 0, std::max<uint32_t>(earlier + own, 1));
+  size_t waiting = 0;
+  bool expired = false;
+  bool found = false;
+  while (!found && !expired) {
+    char buffer[1024];
+    const size_t got = ReadSome(m_pSerial, buffer, sizeof buffer - 1, waiting);
+    reply.Append(buffer, got);
+    waiting = got > 0 ? WaitingBytes(m_pSerial->fd) : 0;
+    expired = deadline <= kxwan::Milliseconds();
+    if (waiting == 0 || expired) found = finder.Look(reply, expired);
+  }
+  m_owed = finder.StillOwed(outstanding);
+  Assign(response, finder.Text(reply));
+  if (!found) {
+    KXOutputDebug("CSModem::GetResponse() -> Response Timeout !\n");
+    return false;
+  }
+  result = finder.Result().code;
+  LogResult(finder.Result(), response);
+  m_dwLastResponseTime = kxwan::Milliseconds();
+  return true;
+}
+
+// A reopened port has the system's settings again, and on a line with another speed no answer to
+// what was sent before can come.
+void CSModem::NoticeNewLine() {
+  if (m_lineGeneration == m_pSerial->lineGeneration) return;
+  m_lineGeneration = m_pSerial->lineGeneration;
+  m_owed = 0;
+  m_awaiting = false;
+  MakeInputTransparent(m_pSerial->fd);
+}
+
+bool CSModem::GetInstalledModems(ModemDescriptorArray** list) {
+  return m_pSerial->GetInstalledSerialDevices(list) != 0;
+}
