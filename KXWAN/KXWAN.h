@@ -5,6 +5,7 @@
 #include <KXWAN/api/CSWirelessModem.h>
 #include <KXWAN/foundation/CString.h>
 #include <KXWAN/foundation/DebugLog.h>
+#include <KXWAN/foundation/Export.h>
 #include <KXWAN/foundation/Host.h>
 #include <KXWAN/foundation/LastError.h>
 #include <KXWAN/foundation/Waiting.h>
@@ -16,3 +17,4 @@
 #include <KXWAN/modem/SingleExchange.h>
 #include <KXWAN/serial/KxSerial.h>
 #include <KXWAN/serial/ModemDescriptorArray.h>
+#include <KXWAN/serial/PortSlots.h>

@@ -1,0 +1,134 @@
+#include <KXWAN/foundation/DebugLog.h>
+#include <KXWAN/foundation/TextPrivate.h>
+#include <KXWAN/serial/KxSerial.h>
+#include <KXWAN/serial/LineSpeedPrivate.h>
+#include <KXWAN/serial/PortSlots.h>
+#include <KXWAN/serial/SystemCallPrivate.h>
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <cctype>
+#include <cerrno>
+#include <cstring>
+#include <new>
+
+namespace {
+
+// O_NONBLOCK, as an open must not wait for a carrier. O_NOCTTY, or a hang-up of the modem could end
+// the program.
+int OpenTty(const char* path) {
+  return kxwan::Uninterrupted(
+      [&] { return open(path, O_RDWR | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); });
+}
+
+// Deliberate: the ports of one driver, "vspbb", may refuse the first open and take the second.
+int OpenTtyPatiently(const char* path) {
+  const int fd = OpenTty(path);
+  return fd == -1 && std::strstr(path, "vspbb") != nullptr ? OpenTty(path) : fd;
+}
+
+// The input flags stay: whoever talks over the line decides what may be translated. Framing and
+// flow control stay the device's own.
+struct termios RawAttributes(struct termios attributes) {
+  attributes.c_oflag &= ~static_cast<tcflag_t>(OPOST);
+  attributes.c_cflag |= static_cast<tcflag_t>(CREAD | CLOCAL);
+  attributes.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO | ECHOE | ISIG);
+  attributes.c_cc[VMIN] = 0;
+  attributes.c_cc[VTIME] = 1;
+  kxwan::SetLineSpeed(attributes, 19200);
+  return attributes;
+}
+
+// Takes a tty over. Gives null, or the record to log for the step that failed, with errno as that
+// step left it.
+const char* TakeOver(KxSerial& port, const char* path) {
+  port.fd = OpenTtyPatiently(path);
+  if (port.fd == -1) return "KxSerial::Open() - Error opening '%s' - %s(%d).\n";
+  if (ioctl(port.fd, TIOCEXCL) != 0) return "KxSerial::Open() - Getting TIOCEXCL '%s' - %s(%d).\n";
+  if (fcntl(port.fd, F_SETFL, 0) == -1) {
+    return "KxSerial::Open() - Error clearing O_NONBLOCK '%s' - %s(%d).\n";
+  }
+  if (tcgetattr(port.fd, &port.savedAttributes) == -1) {
+    return "KxSerial::Open() - Error getting tty attributes '%s' - %s(%d).\n";
+  }
+  if (kxwan::SetAttributes(port.fd, RawAttributes(port.savedAttributes)) == -1) {
+    // Deliberate: no quotes around this path.
+    return "KxSerial::Open() - Error setting tty attributes %s - %s(%d).\n";
+  }
+  return nullptr;
+}
+
+// On a pseudo-terminal the exclusive flag outlives the close while the other end stays open.
+void CloseTty(int fd) {
+  ioctl(fd, TIOCNXCL);
+  close(fd);
+}
+
+}  // namespace
+
+KxSerial::KxSerial()
+    : portID(kxwan::kNoPortID),
+      fd(-1),
+      savedAttributes(),
+      isOpen(0),
+      debugPath(),
+      lineGeneration(0) {}
+
+KxSerial::~KxSerial() { Close(); }
+
+int KxSerial::Open(CString& path) {
+  Close();  // an object owns one tty; the descriptor of an earlier one must not leak
+  const char* device = path.String();
+  KXOutputDebug("KxSerial::Open() - '%s' Opening\n", GetDebugDevicePath(device));
+  portID = AllocatePortID(device);
+  const char* complaint = TakeOver(*this, device);
+  if (complaint != nullptr) {
+    const int error = errno;
+    KXOutputDebug(complaint, GetDebugDevicePath(device), std::strerror(error), error);
+    if (fd != -1) CloseTty(fd);
+    fd = -1;
+    DeallocatePortID(portID);
+    portID = kxwan::kNoPortID;
+    isOpen = 0;
+    return 0;
+  }
+  KXOutputDebug("KxSerial::Open() - '%s' Success\n", GetDebugDevicePath(device));
+  isOpen = 1;
+  ++lineGeneration;
+  return 1;
+}
+
+int KxSerial::Open(const char* path) {
+  kxwan::ScopedText text(path);
+  return Open(text);
+}
+
+void KxSerial::Close() {
+  if (fd < 0) return;
+  KXOutputDebug("KxSerial::Close()\n");
+  DeallocatePortID(portID);
+  portID = kxwan::kNoPortID;
+  if (kxwan::SetAttributes(fd, savedAttributes) == -1) {
+    const int error = errno;
+    KXOutputDebug("KxSerial::Close() - Error resetting tty attributes - %s(%d).\n",
+                  std::strerror(error), error);
+  }
+  CloseTty(fd);
+  fd = -1;
+}
+
+char* KxSerial::GetDebugDevicePath(const char* path) {
+  kxwan::CopyText(debugPath, sizeof debugPath, path);
+  for (char* at = debugPath; *at != '\0'; ++at) {
+    if (std::isprint(static_cast<unsigned char>(*at)) == 0) *at = '?';
+  }
+  return debugPath;
+}
+
+int CreateISSerial(void** out) {
+  *out = new (std::nothrow) KxSerial;
+  return *out == nullptr ? -1 : 0;
+}
+
+void DeleteISSerial(void* port) { delete static_cast<KxSerial*>(port); }
