@@ -3,6 +3,13 @@
 // All that an application includes.
 
 #include <KXWAN/api/CSWirelessModem.h>
+#include <KXWAN/api/PortEnumeration.h>
+#include <KXWAN/api/ProtocolNames.h>
+#include <KXWAN/connect/ConnectError.h>
+#include <KXWAN/connect/Connection.h>
+#include <KXWAN/connect/DialString.h>
+#include <KXWAN/connect/GprsSetup.h>
+#include <KXWAN/connect/OneXSetup.h>
 #include <KXWAN/foundation/CString.h>
 #include <KXWAN/foundation/DebugLog.h>
 #include <KXWAN/foundation/Export.h>
@@ -18,3 +25,10 @@
 #include <KXWAN/serial/KxSerial.h>
 #include <KXWAN/serial/ModemDescriptorArray.h>
 #include <KXWAN/serial/PortSlots.h>
+#include <KXWAN/sim/EquipmentError.h>
+#include <KXWAN/sim/KXDevicePassword.h>
+#include <KXWAN/sim/PinEntry.h>
+#include <KXWAN/sim/SimCard.h>
+#include <KXWAN/sim/SimCodes.h>
+#include <KXWAN/sim/SimPin.h>
+#include <KXWAN/sim/SimState.h>

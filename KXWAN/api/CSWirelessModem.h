@@ -5,6 +5,8 @@
 #include <KXWAN/modem/CSModem.h>
 #include <KXWAN/modem/KXModemProperties.h>
 
+struct ModemInfo;
+
 // One device. An object is closed or open; opening an open one fails and leaves it as it is. All
 // methods but the opens and Close presume an open device. One thread uses one object.
 class KXWAN_API CSWirelessModem {
@@ -39,6 +41,37 @@ class KXWAN_API CSWirelessModem {
   bool GetModelAndManufacturer(char* model, char* manufacturer);
   bool GetModelAndManufacturer(char* model, int modelSize, char* manufacturer,
                                int manufacturerSize);
+
+  // Each of these hands the open device to the library function of the same name, which is
+  // documented in the header named. They presume an open device.
+
+  bool GetBatteryLevelFromDevice(ModemInfo* info);  // charge and status, info/Battery.h
+  bool GetSignalLevelFromDevice(ModemInfo* info);   // info/Signal.h
+  bool GetManufacturerString(ModemInfo* info);      // info/Identity.h
+  bool GetModelString(ModemInfo* info);             // info/Identity.h
+  void GSMCapabilities(ModemInfo* info);            // data services of a GSM device, Capabilities.h
+  bool GetCapabilitiesKey(ModemInfo* info);         // info/Capabilities.h
+  void GetModemCoverage(ModemInfo* info);           // info/Coverage.h
+  void GetModemVersion(ModemInfo* info);            // firmware version, info/Version.h
+  bool GetModemData(ModemInfo* info);               // the whole record, info/ModemData.h
+
+  // Moves the port to the fastest speed that the device accepts, handset/PortSpeed.h.
+  bool DetectModemBaudRate(CHandsetPlatform platform, unsigned long& baud);
+
+  // Readies the device for a packet-data call, connect/Connection.h.
+  bool PrepareDeviceForConnection(KXModemProperties* properties, const char* apn);
+
+  // These give a code of sim/SimCodes.h.
+  int IsPasswordRequired(long* pinLength);                                  // sim/SimState.h
+  int SetPIN(const char* pin, signed char savePIN);                         // sim/SimPin.h
+  int SetPINPUK(const char* puk, const char* newPin, signed char savePIN);  // sim/SimPin.h
+
+  // These need neither an object nor a device.
+  static unsigned long GetLastModemError();  // reads and clears, foundation/LastError.h
+  static bool DoesGPRSDeviceRequire57600(const char* manufacturer,
+                                         const char* model);  // connect/DialString.h
+  static void GetGPRSDialedNumber(const char* manufacturer, const char* model, char* number,
+                                  int size);  // connect/DialString.h
 
   CSModem* m_pModem;  // owned; null while closed
 };

@@ -1,0 +1,41 @@
+#include <KXWAN/connect/ConnectError.h>
+
+#include <algorithm>
+#include <iterator>
+
+namespace kxwan {
+namespace {
+
+struct ErrorText {
+  unsigned long code;
+  const char* text;
+};
+
+constexpr ErrorText kErrorTexts[] = {
+    {kNoConnectError,
+     "No error was recorded. If the preparation failed all the same, the device refused Mobile IP: "
+     "prepare it for plain 1xRTT instead."},
+    {kNotAnswered,
+     "The device gave no usable answer when it was asked for its packet service or told its data "
+     "mode. Check that it is switched on, that its SIM is unlocked and that the platform fits it."},
+    {kModeRefused,
+     "The device refused every form of the CDMA data mode. Check that the platform fits the device "
+     "and that its subscription allows packet data."},
+    {kAttachFailed,
+     "The device could not attach to the packet service. Check the coverage, the subscription and "
+     "that the SIM is unlocked, then try again."},
+    {kContextRefused,
+     "The device refused the packet-data context or its quality of service. Check the access point "
+     "name and that the manufacturer given is the device's own."},
+};
+constexpr const char* kUnknownText = "This code is not one of the preparation's.";
+
+}  // namespace
+
+const char* DescribeConnectError(unsigned long code) {
+  const auto* row = std::find_if(std::begin(kErrorTexts), std::end(kErrorTexts),
+                                 [&](const ErrorText& entry) { return entry.code == code; });
+  return row != std::end(kErrorTexts) ? row->text : kUnknownText;
+}
+
+}  // namespace kxwan
