@@ -1,0 +1,31 @@
+#include <KXWAN/foundation/TextPrivate.h>
+#include <KXWAN/info/Coverage.h>
+#include <KXWAN/info/QueryPrivate.h>
+
+#include <iterator>
+
+namespace {
+
+// Position is the value that +CAD reports.
+constexpr const char* kServices[] = {
+    "No Service",
+    "CDMA Digital Service",
+    "TDMA Digital Service",
+    "Analog Service",
+};
+
+const char* ServiceOf(int32_t value) {
+  const bool known = value >= 0 && value < static_cast<int32_t>(std::size(kServices));
+  return known ? kServices[value] : "Unknown Service";
+}
+
+}  // namespace
+
+void GetModemCoverage(CSModem* modem, ModemInfo* info) {
+  kxwan::ScopedText answer;
+  if (info->bNonCDMA == 0 && kxwan::Ask(modem, "AT+CAD?\r", "+CAD:", answer)) {
+    kxwan::SetField(info->szCoverage, ServiceOf(kxwan::ToInt(kxwan::View(answer))));
+    return;
+  }
+  kxwan::SetField(info->szCoverage, info->nSignalLevel < 1 ? "Unknown" : "Digital");
+}

@@ -1,0 +1,34 @@
+#include <KXWAN/foundation/TextPrivate.h>
+#include <KXWAN/info/QueryPrivate.h>
+#include <KXWAN/info/Signal.h>
+#include <KXWAN/modem/ResultCode.h>
+
+#include <algorithm>
+#include <limits>
+#include <string_view>
+
+namespace {
+
+constexpr int32_t kNotDetectable = 99;
+
+int32_t LevelOf(int32_t strength) {
+  if (strength == kNotDetectable) {
+    return 0;
+  }
+  using Level = std::numeric_limits<int32_t>;
+  return static_cast<int32_t>(std::clamp<double>(strength * 3.2, Level::min(), Level::max()));
+}
+
+}  // namespace
+
+bool GetSignalLevelFromDevice(CSModem* modem, ModemInfo* info) {
+  info->nSignalLevel = 0;
+  const char* command = kxwan::ReportsOnExecution(*info) ? "AT+CSQ\r" : "AT+CSQ?\r";
+  kxwan::ScopedText answer;
+  if (kxwan::Exchange(modem, command, answer) != kxwan::kResultOk) {
+    return false;
+  }
+  const std::string_view report = kxwan::TextBehind(kxwan::View(answer), "CSQ:");
+  info->nSignalLevel = LevelOf(kxwan::ToInt(report.substr(0, report.find_first_of("\r,"))));
+  return true;
+}
