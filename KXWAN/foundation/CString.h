@@ -20,7 +20,8 @@ struct CStringData {
 // Copies share their characters and the sharing is never counted: a change made in place through
 // one copy (trimming, upper case, Replace, SetAt, appending what still fits) is seen by all. An
 // ordinary buffer is never freed, so a text pointer taken from one stays good; a locked buffer is
-// freed with its owner, and copies of a locked text are copies of the characters.
+// freed with its owner, and copies of a locked text are copies of the characters. Assigning a C
+// text or an empty text is such a change in place wherever it fits.
 //
 // No operation reports an error. Positions count from 0 and a search that finds nothing gives -1.
 // A CString and its copies stay on one thread.
@@ -43,7 +44,8 @@ class KXWAN_API CString {
   int GetLength() const { return GetData()->dataLength; }
   bool IsEmpty() const { return GetLength() == 0; }
 
-  // Buffer access. GetBuffer gives at least minLength characters of room behind a writable pointer;
+  // Buffer access. GetBuffer gives at least minLength characters of room behind a writable pointer,
+  // or null, the text unchanged, when memory is exhausted;
   // ReleaseBuffer ends the access and takes the new length (-1: up to the first NUL).
   char* GetBuffer(int minLength);
   void ReleaseBuffer(int newLength = -1);
@@ -101,7 +103,8 @@ class KXWAN_API CString {
   void Format(unsigned int id, ...);
   int LoadString(unsigned int id);  // always 0
 
-  // The buffer beneath, for code that builds on it.
+  // The buffer beneath, for code that builds on it. Init, AllocBuffer and ConcatCopy point at other
+  // characters and let go of the buffer that was there; Release also frees it when it is locked.
   CStringData* GetData() const { return reinterpret_cast<CStringData*>(m_pchData) - 1; }
   void Init();
   void AllocBuffer(int length);

@@ -3,13 +3,15 @@
 #include <KXWAN/foundation/CString.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 namespace kxwan {
 
 // A text that lives in one function and that nobody shares. Ordinary CString buffers are never
-// freed; this one's is. Take a fresh one for every exchange: what it held before it was emptied or
-// assigned is not freed.
+// freed; this one's is. Take a fresh one for every exchange: what it held before it was emptied,
+// assigned or outgrown is not freed. A plain CString that takes it over would share characters that
+// go with it: hand them on with CString(text.String()).
 class ScopedText : public CString {
  public:
   ScopedText() = default;
@@ -17,6 +19,10 @@ class ScopedText : public CString {
   ScopedText(const ScopedText&) = delete;
   ScopedText& operator=(const ScopedText&) = delete;
   using CString::operator=;
+  ScopedText& operator=(const CString& source) {
+    AssignCopy(source.GetLength(), source.String());
+    return *this;
+  }
   ~ScopedText() { LockBuffer(); }
 };
 
@@ -26,6 +32,11 @@ void DiscardText(CString& text);
 inline std::string_view View(const CString& text) {
   return {text.String(), static_cast<size_t>(text.GetLength())};
 }
+
+// Letters and white space as ASCII has them, whatever the program's locale says.
+constexpr char AsciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
+constexpr char AsciiUpper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; }
+constexpr bool IsSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 // Case-sensitive tests of C texts. A null text counts as "".
 bool Equals(const char* text, const char* other);

@@ -1,0 +1,213 @@
+#include <KXWAN/foundation/CString.h>
+#include <KXWAN/foundation/CStringPrivate.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <new>
+
+namespace {
+
+constexpr int kNumberRoom = 32;
+constexpr int kFloatingRoom = 128;
+constexpr int kNullTextRoom = 6;
+constexpr int kAbsent = -1;
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+// Walks a format and its arguments and bounds the length of the result from above. The bound is
+// generous: each literal character counts as the whole rest of the format.
+class FormatEstimate {
+ public:
+  FormatEstimate(const char* format, va_list arguments)
+      : m_at(format), m_end(format + std::strlen(format)) {
+    va_copy(m_arguments, arguments);
+    // Room for the format itself and its NUL on top.
+    m_total = m_end - m_at + 1;
+    while (m_at < m_end) Step();
+  }
+  ~FormatEstimate() { va_end(m_arguments); }
+  FormatEstimate(const FormatEstimate&) = delete;
+  FormatEstimate& operator=(const FormatEstimate&) = delete;
+
+  // What to reserve for a result of this length.
+  int Room(int needed) const {
+    const int64_t room = m_inStep ? std::max<int64_t>(m_total, needed) : m_total + needed;
+    return static_cast<int>(std::min<int64_t>(room, kxwan::kMaxTextLength));
+  }
+
+ private:
+  void Step() {
+    const bool literal = *m_at != '%' || *++m_at == '%';
+    if (literal) m_total += m_end - m_at;
+    if (!literal) Conversion();
+    if (m_at < m_end) ++m_at;
+  }
+
+  void Conversion() {
+    m_width = 0;
+    m_precision = kAbsent;
+    for (; m_at < m_end && std::strchr("#*-+0 ", *m_at) != nullptr; ++m_at) {
+      if (*m_at == '#') m_total += 2;
+      if (*m_at == '*') m_width = Argument<int>();
+    }
+    if (IsDigit(*m_at)) m_width = Number();
+    if (*m_at == '.') Precision();
+    m_total += Item(SizePrefix(), *m_at);
+  }
+
+  void Precision() {
+    if (*++m_at == '*') {
+      ++m_at;
+      m_precision = Argument<int>();
+    } else {
+      m_precision = Number();
+    }
+  }
+
+  char SizePrefix() {
+    if (std::strncmp(m_at, "I64", 3) == 0) {
+      m_at += 3;
+      return 'I';
+    }
+    if (*m_at == '\0' || std::strchr("hlFLN", *m_at) == nullptr) return '\0';
+    return *m_at++;
+  }
+
+  int64_t Item(char size, char conversion) {
+    const bool isLong = size == 'l';
+    if (conversion == 's' && !isLong) return Text();
+    if (conversion == 'S' && size == 'h') return Text();
+    if (conversion == '\0') return 0;
+    if (std::strchr("cC", conversion) != nullptr && !isLong) return Character();
+    if (std::strchr("diouxX", conversion) != nullptr) return Integer(size);
+    if (std::strchr("egG", conversion) != nullptr) return Floating(size);
+    if (conversion == 'p') return Pointer();
+    if (conversion == 'n') return Nothing();
+    // Deliberate: any other conversion counts nothing and its argument stays where it is. What
+    // follows would be read from the wrong place, so no argument is looked at from here on.
+    m_inStep = false;
+    return 0;
+  }
+
+  int64_t Text() {
+    const char* text = Argument<const char*>();
+    size_t length = kNullTextRoom;
+    // A precision may stand for a missing NUL.
+    if (text != nullptr) {
+      length =
+          m_precision > 0 ? strnlen(text, static_cast<size_t>(m_precision)) : std::strlen(text);
+    }
+    int64_t room = std::max<int64_t>(static_cast<int64_t>(length), 1);
+    if (m_precision >= 0) room = std::min<int64_t>(room, m_precision);
+    return std::max<int64_t>(room, m_width);
+  }
+
+  int64_t Character() {
+    Argument<int>();
+    return std::max(2, m_width);
+  }
+
+  int64_t Integer(char size) {
+    if (size == 'I') {
+      Argument<int64_t>();
+    } else if (size == 'l') {
+      Argument<long>();
+    } else {
+      Argument<int>();
+    }
+    return AtLeast(kNumberRoom);
+  }
+
+  int64_t Floating(char size) {
+    if (size == 'L') {
+      Argument<long double>();
+    } else {
+      Argument<double>();
+    }
+    return AtLeast(kFloatingRoom);
+  }
+
+  int64_t Pointer() {
+    Argument<void*>();
+    return AtLeast(kNumberRoom);
+  }
+
+  int64_t Nothing() {
+    Argument<int*>();
+    return 0;
+  }
+
+  int64_t AtLeast(int64_t room) const {
+    const int64_t field = static_cast<int64_t>(m_width) + std::max(m_precision, 0);
+    return std::max(room, field);
+  }
+
+  int Number() {
+    int64_t number = 0;
+    for (; IsDigit(*m_at); ++m_at) {
+      number = std::min<int64_t>(number * 10 + (*m_at - '0'), kxwan::kMaxTextLength);
+    }
+    return static_cast<int>(number);
+  }
+
+  template <typename T>
+  T Argument() {
+    return m_inStep ? va_arg(m_arguments, T) : T();
+  }
+
+  const char* m_at;
+  const char* m_end;
+  va_list m_arguments;
+  int64_t m_total;
+  int m_width = 0;
+  int m_precision = kAbsent;
+  bool m_inStep = true;
+};
+
+int Print(char* buffer, size_t size, const char* format, va_list arguments) {
+  va_list copy;
+  va_copy(copy, arguments);
+  const int length = std::vsnprintf(buffer, size, format, copy);
+  va_end(copy);
+  return length;
+}
+
+}  // namespace
+
+// The text is formatted aside first: this object's own characters may be among the arguments, and
+// its length is then known whatever the estimate says.
+void CString::FormatV(const char* format, va_list arguments) {
+  const FormatEstimate estimate(format, arguments);
+  char brief[256];
+  const char* result = brief;
+  std::unique_ptr<char[]> whole;
+  const int length = std::max(Print(brief, sizeof brief, format, arguments), 0);
+  const size_t size = static_cast<size_t>(length) + 1;
+  if (size > sizeof brief) {
+    whole.reset(new (std::nothrow) char[size]);
+    if (whole == nullptr) return AssignCopy(0, "");
+    Print(whole.get(), size, format, arguments);
+    result = whole.get();
+  }
+  if (GetBuffer(estimate.Room(length)) == nullptr && GetBuffer(length) == nullptr) {
+    return AssignCopy(0, "");
+  }
+  std::memcpy(m_pchData, result, size);
+  ReleaseBuffer();
+}
+
+void CString::Format(const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  FormatV(format, arguments);
+  va_end(arguments);
+}
+
+void CString::Format(unsigned int id, ...) {
+  LoadString(id);
+  AssignCopy(0, "");
+}
+
+int CString::LoadString(unsigned int /*id*/) { return 0; }
