@@ -1,4 +1,5 @@
 #include <KXWAN/api/CSWirelessModem.h>
+
 #include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/handset/Detection.h>
 

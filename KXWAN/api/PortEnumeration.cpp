@@ -1,4 +1,5 @@
 #include <KXWAN/api/PortEnumeration.h>
+
 #include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/modem/CSModem.h>
 

@@ -1,4 +1,5 @@
 #include <KXWAN/api/ProtocolNames.h>
+
 #include <KXWAN/foundation/TextPrivate.h>
 
 #include <algorithm>

@@ -1,5 +1,6 @@
-#include <KXWAN/connect/ConnectError.h>
 #include <KXWAN/connect/Connection.h>
+
+#include <KXWAN/connect/ConnectError.h>
 #include <KXWAN/connect/GprsSetup.h>
 #include <KXWAN/connect/OneXSetup.h>
 #include <KXWAN/foundation/LastError.h>

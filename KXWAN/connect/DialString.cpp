@@ -1,4 +1,5 @@
 #include <KXWAN/connect/DialString.h>
+
 #include <KXWAN/foundation/TextPrivate.h>
 
 #include <algorithm>

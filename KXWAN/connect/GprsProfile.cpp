@@ -1,4 +1,5 @@
 #include <KXWAN/connect/GprsProfilePrivate.h>
+
 #include <KXWAN/foundation/TextPrivate.h>
 
 #include <algorithm>

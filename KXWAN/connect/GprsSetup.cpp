@@ -1,7 +1,8 @@
+#include <KXWAN/connect/GprsSetup.h>
+
 #include <KXWAN/connect/CommandPrivate.h>
 #include <KXWAN/connect/ConnectError.h>
 #include <KXWAN/connect/GprsProfilePrivate.h>
-#include <KXWAN/connect/GprsSetup.h>
 #include <KXWAN/foundation/LastErrorPrivate.h>
 #include <KXWAN/foundation/Waiting.h>
 #include <KXWAN/handset/CHandsetPlatform.h>

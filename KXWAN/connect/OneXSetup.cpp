@@ -1,6 +1,7 @@
+#include <KXWAN/connect/OneXSetup.h>
+
 #include <KXWAN/connect/CommandPrivate.h>
 #include <KXWAN/connect/ConnectError.h>
-#include <KXWAN/connect/OneXSetup.h>
 #include <KXWAN/foundation/LastErrorPrivate.h>
 
 #include <algorithm>

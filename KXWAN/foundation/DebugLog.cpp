@@ -1,4 +1,5 @@
 #include <KXWAN/foundation/DebugLog.h>
+
 #include <KXWAN/foundation/DebugLogPrivate.h>
 #include <fcntl.h>
 #include <unistd.h>

@@ -1,4 +1,5 @@
 #include <KXWAN/foundation/Waiting.h>
+
 #include <unistd.h>
 
 #include <cstdint>

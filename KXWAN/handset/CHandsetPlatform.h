@@ -3,7 +3,7 @@
 #include <cstdint>
 
 // The radio technologies of a device, a set of bits. 0 means that nothing was recognised.
-typedef uint32_t CHandsetPlatform;
+using CHandsetPlatform = uint32_t;
 
 enum : CHandsetPlatform {
   PLATFORM_UNKNOWN = 0x0000,

@@ -1,5 +1,6 @@
-#include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/handset/Detection.h>
+
+#include <KXWAN/foundation/TextPrivate.h>
 
 #include <algorithm>
 

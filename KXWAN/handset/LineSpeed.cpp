@@ -1,5 +1,6 @@
-#include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/handset/LineSpeed.h>
+
+#include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/modem/ResultCode.h>
 #include <KXWAN/modem/SingleExchange.h>
 

@@ -1,5 +1,6 @@
-#include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/handset/PortSpeed.h>
+
+#include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/modem/ResultCode.h>
 
 #include <algorithm>

@@ -1,6 +1,7 @@
+#include <KXWAN/info/Battery.h>
+
 #include <KXWAN/foundation/Host.h>
 #include <KXWAN/foundation/TextPrivate.h>
-#include <KXWAN/info/Battery.h>
 #include <KXWAN/info/BatteryPrivate.h>
 #include <KXWAN/info/Query.h>
 #include <KXWAN/info/QueryPrivate.h>

@@ -1,6 +1,7 @@
+#include <KXWAN/info/Capabilities.h>
+
 #include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/handset/CHandsetPlatform.h>
-#include <KXWAN/info/Capabilities.h>
 #include <KXWAN/info/QueryPrivate.h>
 #include <KXWAN/modem/ResultCode.h>
 

@@ -1,5 +1,6 @@
-#include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/info/Coverage.h>
+
+#include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/info/QueryPrivate.h>
 
 #include <iterator>

@@ -1,5 +1,6 @@
-#include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/info/Identity.h>
+
+#include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/info/Query.h>
 #include <KXWAN/info/QueryPrivate.h>
 #include <KXWAN/modem/ResultCode.h>

@@ -1,7 +1,8 @@
+#include <KXWAN/info/ModemData.h>
+
 #include <KXWAN/info/Capabilities.h>
 #include <KXWAN/info/Coverage.h>
 #include <KXWAN/info/Identity.h>
-#include <KXWAN/info/ModemData.h>
 #include <KXWAN/info/Signal.h>
 #include <KXWAN/info/Version.h>
 

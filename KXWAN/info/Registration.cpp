@@ -1,6 +1,7 @@
+#include <KXWAN/info/Registration.h>
+
 #include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/info/QueryPrivate.h>
-#include <KXWAN/info/Registration.h>
 #include <KXWAN/modem/ResultCode.h>
 
 #include <algorithm>

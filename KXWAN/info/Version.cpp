@@ -1,7 +1,8 @@
+#include <KXWAN/info/Version.h>
+
 #include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/info/Query.h>
 #include <KXWAN/info/QueryPrivate.h>
-#include <KXWAN/info/Version.h>
 
 // Some devices answer AT+GMR with "0,0", which says nothing. The last text obtained is kept
 // whatever it holds: an application that reads "Error" knows that all three ways failed.

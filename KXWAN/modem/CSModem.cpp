@@ -1,8 +1,9 @@
+#include <KXWAN/modem/CSModem.h>
+
 #include <KXWAN/foundation/ClockPrivate.h>
 #include <KXWAN/foundation/DebugLog.h>
 #include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/foundation/Waiting.h>
-#include <KXWAN/modem/CSModem.h>
 #include <KXWAN/modem/ReplyPrivate.h>
 #include <sys/ioctl.h>
 

@@ -1,5 +1,6 @@
-#include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/modem/ReplyPrivate.h>
+
+#include <KXWAN/foundation/TextPrivate.h>
 
 #include <algorithm>
 #include <cstring>

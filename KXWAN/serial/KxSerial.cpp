@@ -1,6 +1,7 @@
+#include <KXWAN/serial/KxSerial.h>
+
 #include <KXWAN/foundation/DebugLog.h>
 #include <KXWAN/foundation/TextPrivate.h>
-#include <KXWAN/serial/KxSerial.h>
 #include <KXWAN/serial/LineSpeedPrivate.h>
 #include <KXWAN/serial/PortSlots.h>
 #include <KXWAN/serial/SystemCallPrivate.h>

@@ -1,7 +1,8 @@
+#include <KXWAN/serial/PortSlots.h>
+
 #include <KXWAN/foundation/DebugLog.h>
 #include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/serial/KxSerial.h>
-#include <KXWAN/serial/PortSlots.h>
 
 #include <algorithm>
 #include <cstring>

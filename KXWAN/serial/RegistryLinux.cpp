@@ -1,5 +1,6 @@
-#include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/serial/RegistryPrivate.h>
+
+#include <KXWAN/foundation/TextPrivate.h>
 #include <libudev.h>
 
 #include <algorithm>

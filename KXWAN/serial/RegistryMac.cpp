@@ -1,6 +1,7 @@
+#include <KXWAN/serial/RegistryPrivate.h>
+
 #include <CoreFoundation/CoreFoundation.h>
 #include <IOKit/IOKitLib.h>
-#include <KXWAN/serial/RegistryPrivate.h>
 
 namespace kxwan {
 namespace {

@@ -1,5 +1,6 @@
-#include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/sim/EquipmentError.h>
+
+#include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/sim/SimCodes.h>
 
 #include <algorithm>

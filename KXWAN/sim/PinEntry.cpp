@@ -1,6 +1,7 @@
+#include <KXWAN/sim/PinEntry.h>
+
 #include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/modem/SingleExchange.h>
-#include <KXWAN/sim/PinEntry.h>
 #include <KXWAN/sim/SecretPrivate.h>
 #include <KXWAN/sim/SimCard.h>
 

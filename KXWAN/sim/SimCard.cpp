@@ -1,5 +1,6 @@
-#include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/sim/SimCard.h>
+
+#include <KXWAN/foundation/TextPrivate.h>
 
 #include <algorithm>
 #include <iterator>

@@ -1,8 +1,9 @@
+#include <KXWAN/sim/SimPin.h>
+
 #include <KXWAN/foundation/Host.h>
 #include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/sim/SecretPrivate.h>
 #include <KXWAN/sim/SimCodes.h>
-#include <KXWAN/sim/SimPin.h>
 
 #include <algorithm>
 #include <iterator>

@@ -1,7 +1,8 @@
+#include <KXWAN/sim/SimState.h>
+
 #include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/sim/EquipmentError.h>
 #include <KXWAN/sim/SimCodes.h>
-#include <KXWAN/sim/SimState.h>
 
 #include <algorithm>
 #include <string_view>
