@@ -1,0 +1,84 @@
+#include <simulator/ProfileKeysPrivate.h>
+
+#include <algorithm>
+
+namespace kxsim {
+namespace {
+
+template <int Fault::*field>
+bool Number(const toml::node& node, Fault& fault) {
+  const std::optional<int64_t> value = node.value_exact<int64_t>();
+  if (!value || *value < 0 || *value > 1'000'000) return false;
+  fault.*field = static_cast<int>(*value);
+  return true;
+}
+
+template <std::string Fault::*field>
+bool Text(const toml::node& node, Fault& fault) {
+  const std::optional<std::string> value = node.value_exact<std::string>();
+  if (value) fault.*field = *value;
+  return value.has_value();
+}
+
+bool Rate(const toml::node& node, Fault& fault) {
+  const std::optional<double> value = node.value<double>();
+  if (!value || *value < 0 || *value > 1) return false;
+  fault.rate = *value;
+  return true;
+}
+
+struct FaultKey {
+  std::string_view name;
+  std::string_view expected;
+  bool (*read)(const toml::node& node, Fault& fault);
+};
+
+constexpr std::string_view kCount = "a whole number from 0 to 1000000";
+
+constexpr FaultKey kFaultKeys[] = {
+    {"kind", "the name of a fault", Text<&Fault::kind>},
+    {"at", kCount, Number<&Fault::at>},
+    {"rate", "a number from 0 to 1", Rate},
+    {"bytes", kCount, Number<&Fault::bytes>},
+    {"ms", kCount, Number<&Fault::ms>},
+    {"text", "a text", Text<&Fault::text>},
+};
+
+bool ReadFaultKey(std::string_view name, const toml::node& node, Fault& fault,
+                  ProfileError& error) {
+  const FaultKey* key = std::find_if(std::begin(kFaultKeys), std::end(kFaultKeys),
+                                     [=](const FaultKey& row) { return row.name == name; });
+  const std::string quoted = "\"" + std::string(name) + "\"";
+  if (key == std::end(kFaultKeys)) {
+    error = {node.source(),
+             "unknown key " + quoted + "; expected kind, at, rate, bytes, ms or text"};
+    return false;
+  }
+  if (key->read(node, fault)) return true;
+  error = {node.source(), quoted + ": expected " + std::string(key->expected)};
+  return false;
+}
+
+}  // namespace
+
+bool ReadFaults(const toml::node& section, Profile& profile, ProfileError& error) {
+  const toml::array* list = section.as_array();
+  if (list == nullptr || !list->is_homogeneous(toml::node_type::table)) {
+    error = {section.source(), "\"faults\": expected sections [[faults]]"};
+    return false;
+  }
+  for (const toml::node& item : *list) {
+    Fault fault;
+    for (const auto& [name, node] : *item.as_table()) {
+      if (!ReadFaultKey(name.str(), node, fault, error)) return false;
+    }
+    if (fault.kind.empty()) {
+      error = {item.source(), "a fault without \"kind\""};
+      return false;
+    }
+    profile.faults.push_back(std::move(fault));
+  }
+  return true;
+}
+
+}  // namespace kxsim
