@@ -1,0 +1,92 @@
+#include <tool/Device.h>
+
+#include <algorithm>
+#include <cstring>
+
+#include <tool/Progress.h>
+#include <tool/Text.h>
+
+namespace kxtool {
+namespace {
+
+Failure SilentDevice(const Port& port) {
+  return DeviceFailed("No device answered on " + Printable(port.Name()) +
+                      " at 9600 to 921600 bit/s. Is it switched on, and is this its port? "
+                      "\"kxwan ports\" lists all.");
+}
+
+// DetectModem cannot say that nothing answered.
+bool Answers(Port& port) { return Ask(port, "ATE0V1", 1500).result != kxwan::kResultTimeout; }
+
+bool FindSpeedThoroughly(Port& port, unsigned long& speed) {
+  port.Device().DetectModem(speed);
+  return Answers(port);
+}
+
+void CopyField(char (&field)[64], const std::string& text) {
+  const size_t length = std::min(text.size(), sizeof field - 1);
+  std::memcpy(field, text.data(), length);
+  field[length] = '\0';
+}
+
+}  // namespace
+
+KXModemProperties Identity::Properties() const {
+  KXModemProperties properties = {};
+  properties.dwDeviceType = platform;
+  properties.dwBaudRate = static_cast<uint32_t>(speed);
+  CopyField(properties.szManufacturer, manufacturer);
+  CopyField(properties.szModel, model);
+  return properties;
+}
+
+Result FindSpeed(Port& port, const Report& report, unsigned long& speed) {
+  const Progress progress("searching the speed at which the device answers", !report.IsJson());
+  if (kxwan::FindLineSpeed(port.Modem(), speed)) return {};
+  if (FindSpeedThoroughly(port, speed)) return {};
+  return SilentDevice(port);
+}
+
+Result Identify(Port& port, const Report& report, Identity& identity) {
+  if (Result failure = FindSpeed(port, report, identity.speed)) return failure;
+  if (!DetectWirelessPhone(port.Modem(), identity.speed, identity.platform)) {
+    return SilentDevice(port);
+  }
+  ReadNames(port, identity);
+  return {};
+}
+
+void ReadNames(Port& port, Identity& identity) {
+  char model[sizeof KXModemProperties::szModel] = "";
+  char manufacturer[sizeof KXModemProperties::szManufacturer] = "";
+  port.Device().GetModelAndManufacturer(model, sizeof model, manufacturer, sizeof manufacturer);
+  identity.model = model;
+  identity.manufacturer = manufacturer;
+}
+
+std::string PlatformNames(CHandsetPlatform platform) {
+  return GetModemProtocolTypeAsString(platform);
+}
+
+Exchange Ask(Port& port, const std::string& command, unsigned long timeoutMs) {
+  Exchange exchange;
+  CString response;
+  kxwan::SendOnce(port.Modem(), (command + "\r").c_str(), timeoutMs, exchange.result, response);
+  exchange.text = response.String();
+  return exchange;
+}
+
+std::string ResultName(const Exchange& exchange) {
+  switch (exchange.result) {
+    case kxwan::kResultOk:
+      return "OK";
+    case kxwan::kResultError:
+      return "ERROR";
+    case kxwan::kResultEquipmentError:
+      return "error " + exchange.text;
+    default:
+      return "no answer";
+  }
+}
+
+}  // namespace kxtool

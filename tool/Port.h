@@ -1,0 +1,45 @@
+#pragma once
+
+#include <KXWAN/KXWAN.h>
+#include <simulator/Profile.h>
+#include <simulator/SimulatedDevice.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <tool/Result.h>
+
+namespace kxtool {
+
+// A PORT as the user gives it, "/dev/ttyUSB0", "sim:NAME" or "sim:FILE.toml", and the device on
+// it.
+class Port {
+ public:
+  explicit Port(std::string name) : name_(std::move(name)) {}
+  ~Port() { Close(); }
+  Port(const Port&) = delete;
+  Port& operator=(const Port&) = delete;
+
+  // Starts the simulated device where it is one and opens the port at 19200 bit/s.
+  Result Open();
+  void Close() { device_.Close(); }
+
+  const std::string& Name() const { return name_; }
+  const std::string& Path() const { return path_; }  // what was opened
+  CSWirelessModem& Device() { return device_; }
+  CSModem* Modem() { return device_.m_pModem; }
+
+ private:
+  Result Start(const std::string& profileName);
+
+  std::string name_;
+  std::string path_;
+  std::unique_ptr<kxsim::SimulatedDevice> simulated_;  // outlives the open port
+  CSWirelessModem device_;
+};
+
+// The names behind "sim:".
+std::vector<std::string> SimulatedNames();
+
+}  // namespace kxtool
