@@ -26,22 +26,6 @@ const char* _afxPchNil = reinterpret_cast<const char*>(_afxInitData + 3);
 
 namespace kxwan {
 
-int TextLength(const char* text) {
-  if (text == nullptr) return 0;
-  return static_cast<int>(std::min<size_t>(std::strlen(text), kMaxTextLength));
-}
-
-void SetLength(CStringData* data, int length) {
-  if (data == _afxDataNil) return;
-  data->dataLength = std::clamp(length, 0, data->allocLength);
-  data->Text()[data->dataLength] = '\0';
-}
-
-void StoreText(CStringData* data, int offset, const char* text, int length) {
-  const int count = std::min(length, data->allocLength - offset);
-  if (count > 0) std::memmove(data->Text() + offset, text, static_cast<size_t>(count));
-}
-
 void FreeData(CStringData* data) {
   // Deliberate: refs is never counted up, so an ordinary buffer (1) outlives all its owners.
   if (data->refs <= 0 && data != _afxDataNil) delete[] reinterpret_cast<char*>(data);
@@ -123,9 +107,7 @@ CString::CString(const CString& source) {
 
 CString::CString(const char* text) : CString(text, TextLength(text)) {}
 
-CString::CString(const unsigned char* text) : CString() {
-  *this = reinterpret_cast<const char*>(text);
-}
+CString::CString(const unsigned char* text) : CString(reinterpret_cast<const char*>(text)) {}
 
 CString::CString(const char* text, int length) {
   if (text == nullptr) length = 0;
@@ -141,7 +123,7 @@ CString::CString(char ch, int repeat) {
 CString::~CString() { FreeData(GetData()); }
 
 CString& CString::operator=(const CString& source) {
-  if (m_pchData == source.m_pchData) return *this;
+  if (this == &source || m_pchData == source.m_pchData) return *this;
   const bool locked = GetData()->refs < 0 && GetData() != _afxDataNil;
   if (locked || source.GetData()->refs < 0) {
     AssignCopy(source.GetLength(), source.m_pchData);

@@ -39,9 +39,10 @@ class KXWAN_API CString {
   CString& operator=(const char* text);
   CString& operator=(char ch);
 
-  // The characters, NUL-terminated, owned by this object.
+  // The characters, NUL-terminated, owned by this object. An object in zeroed memory reads as
+  // empty.
   const char* String() const { return m_pchData != nullptr ? m_pchData : ""; }
-  int GetLength() const { return GetData()->dataLength; }
+  int GetLength() const { return m_pchData != nullptr ? GetData()->dataLength : 0; }
   bool IsEmpty() const { return GetLength() == 0; }
 
   // Buffer access. GetBuffer gives at least minLength characters of room behind a writable pointer,

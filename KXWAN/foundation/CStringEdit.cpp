@@ -1,4 +1,5 @@
 #include <KXWAN/foundation/CString.h>
+
 #include <KXWAN/foundation/CStringPrivate.h>
 #include <KXWAN/foundation/TextPrivate.h>
 

@@ -1,4 +1,5 @@
 #include <KXWAN/foundation/CString.h>
+
 #include <KXWAN/foundation/CStringPrivate.h>
 
 #include <algorithm>
@@ -54,7 +55,8 @@ class FormatEstimate {
     }
     if (IsDigit(*m_at)) m_width = Number();
     if (*m_at == '.') Precision();
-    m_total += Item(SizePrefix(), *m_at);
+    const char size = SizePrefix();
+    m_total += Item(size, *m_at);
   }
 
   void Precision() {
@@ -110,7 +112,7 @@ class FormatEstimate {
   }
 
   int64_t Integer(char size) {
-    if (size == 'I') {
+    if (size == 'I') {  // NOLINT(bugprone-branch-clone): int64_t is not long everywhere
       Argument<int64_t>();
     } else if (size == 'l') {
       Argument<long>();
@@ -183,7 +185,8 @@ void CString::FormatV(const char* format, va_list arguments) {
   char brief[256];
   const char* result = brief;
   std::unique_ptr<char[]> whole;
-  const int length = std::max(Print(brief, sizeof brief, format, arguments), 0);
+  const int length = Print(brief, sizeof brief, format, arguments);
+  if (length < 0) return AssignCopy(0, "");
   const size_t size = static_cast<size_t>(length) + 1;
   if (size > sizeof brief) {
     whole.reset(new (std::nothrow) char[size]);

@@ -1,6 +1,7 @@
 #include <KXWAN/foundation/DebugLog.h>
 
 #include <KXWAN/foundation/DebugLogPrivate.h>
+
 #include <fcntl.h>
 #include <unistd.h>
 
