@@ -87,7 +87,9 @@ TEST(KxSerialOpen, TakesTheLineOverAndCloseGivesItBack) {
 
     DeleteISSerial(opaque);
     EXPECT_TRUE(Same(Attributes(line), former));
-    EXPECT_FALSE(IsExclusive(line.Master()));
+    const int again = open(line.Path().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    EXPECT_FALSE(IsExclusive(again));
+    close(again);
   }
 }
 
