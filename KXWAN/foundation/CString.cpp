@@ -28,7 +28,7 @@ namespace kxwan {
 
 void FreeData(CStringData* data) {
   // Deliberate: refs is never counted up, so an ordinary buffer (1) outlives all its owners.
-  if (data->refs <= 0 && data != _afxDataNil) delete[] reinterpret_cast<char*>(data);
+  if (data->refs <= 0 && data->Text() != _afxPchNil) delete[] reinterpret_cast<char*>(data);
 }
 
 bool LiesIn(const CStringData* data, const char* text) {
