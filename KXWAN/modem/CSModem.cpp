@@ -14,6 +14,25 @@
 
 namespace {
 
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+// When a wait ends: by the engine's clock, which may be a tick fast, and not before its full time.
+class Deadline {
+ public:
+  explicit Deadline(unsigned long timeoutMs)
+      : engineEnd_(kxwan::Milliseconds() + static_cast<uint32_t>(timeoutMs)),
+        end_(steady_clock::now() + milliseconds(timeoutMs)) {}
+
+  bool Passed(milliseconds overrun = milliseconds(0)) const {
+    return engineEnd_ <= kxwan::Milliseconds() && end_ + overrun <= steady_clock::now();
+  }
+
+ private:
+  uint32_t engineEnd_;
+  steady_clock::time_point end_;
+};
+
 // Waiting bytes that the line already holds; 0 on a line that is gone.
 size_t WaitingBytes(int fd) {
   int waiting = 0;
@@ -24,12 +43,32 @@ size_t WaitingBytes(int fd) {
 // read at once, where asking for more would gather until the line is quiet. A read that comes back
 // with nothing and without having waited (the device is gone) is followed by a pause.
 size_t ReadSome(KxSerial* port, char* buffer, size_t room, size_t waiting) {
-  const auto start = std::chrono::steady_clock::now();
+  const auto start = steady_clock::now();
   unsigned long got = 0;
   port->Read(reinterpret_cast<unsigned char*>(buffer), std::clamp<size_t>(waiting, 1, room), &got);
-  const auto waited = std::chrono::steady_clock::now() - start;
-  if (got == 0 && waited < std::chrono::milliseconds(10)) WaitMilliSecond(15);
+  const auto waited = steady_clock::now() - start;
+  if (got == 0 && waited < milliseconds(10)) WaitMilliSecond(15);
   return got;
+}
+
+constexpr milliseconds kLongestOverrun(100);
+
+// Reads until the result is there or its time is over. What has arrived is looked at as a whole,
+// but a device that floods is not heard for ever.
+bool Gather(KxSerial* port, const Deadline& deadline, kxwan::Reply& reply,
+            kxwan::ResultFinder& finder) {
+  size_t waiting = 0;
+  bool expired = false;
+  while (!expired) {
+    char buffer[1024];
+    const size_t got = ReadSome(port, buffer, sizeof buffer - 1, waiting);
+    reply.Append(buffer, got);
+    waiting = got > 0 ? WaitingBytes(port->fd) : 0;
+    if (waiting > 0 && !deadline.Passed(kLongestOverrun)) continue;
+    expired = deadline.Passed();
+    if (finder.Look(reply, expired)) return true;
+  }
+  return false;
 }
 
 // A fresh tty translates and interprets what comes in, so that "\r\n" would never arrive as such.
@@ -114,24 +153,14 @@ bool CSModem::SendCommandGetResponse(const char* command, int& result, CString& 
 bool CSModem::Await(int& result, CString& response, unsigned long timeoutMs, uint32_t earlier) {
   result = kxwan::kResultTimeout;
   MakeEmpty(response);
-  const uint32_t deadline = kxwan::Milliseconds() + static_cast<uint32_t>(timeoutMs);
+  const Deadline deadline(timeoutMs);
   const uint32_t own = m_awaiting ? 1 : 0;
   const uint32_t outstanding = m_owed + own;
   m_awaiting = false;
 
   kxwan::Reply reply;
   kxwan::ResultFinder finder(m_owed > 0, std::max<uint32_t>(earlier + own, 1));
-  size_t waiting = 0;
-  bool expired = false;
-  bool found = false;
-  while (!found && !expired) {
-    char buffer[1024];
-    const size_t got = ReadSome(m_pSerial, buffer, sizeof buffer - 1, waiting);
-    reply.Append(buffer, got);
-    waiting = got > 0 ? WaitingBytes(m_pSerial->fd) : 0;
-    expired = deadline <= kxwan::Milliseconds();
-    if (waiting == 0 || expired) found = finder.Look(reply, expired);
-  }
+  const bool found = Gather(m_pSerial, deadline, reply, finder);
   m_owed = finder.StillOwed(outstanding);
   Assign(response, finder.Text(reply));
   if (!found) {

@@ -1,0 +1,326 @@
+#include <KXWAN/modem/CSModem.h>
+#include <KXWAN/modem/SingleExchange.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <tests/support/ScriptedDevice.h>
+#include <tests/support/TestLog.h>
+
+#include <chrono>
+
+using namespace std::string_literals;
+using kxwan::kResultEquipmentError;
+using kxwan::kResultError;
+using kxwan::kResultOk;
+using kxwan::kResultTimeout;
+using Pieces = std::vector<std::string>;
+
+namespace {
+
+kxsim::Answer Raw(Pieces pieces, int gapMs = 10) {
+  kxsim::Answer answer;
+  answer.raw = std::move(pieces);
+  answer.gapMs = gapMs;
+  return answer;
+}
+
+kxsim::Answer Late(const std::string& text, int latencyMs) {
+  kxsim::Answer answer = kxsim::ParseAnswer(text);
+  answer.latencyMs = latencyMs;
+  return answer;
+}
+
+double CpuSeconds() {
+  rusage usage = {};
+  getrusage(RUSAGE_THREAD, &usage);
+  const auto seconds = [](const timeval& time) {
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+  };
+  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+double SecondsSince(std::chrono::steady_clock::time_point start) {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+struct ReplyCase {
+  const char* name;
+  Pieces pieces;
+  int result;
+  std::string response;
+  std::string logged;  // behind "CSModem::GetResponse() -> "
+};
+
+const ReplyCase kReplies[] = {
+    {"bare OK", {"\r\nOK\r\n"}, kResultOk, "", "OK"},
+    {"OK in two pieces", {"\r\nOK", "\r\n"}, kResultOk, "", "OK"},
+    {"OK cut inside its line end", {"\r\nOK\r", "\n"}, kResultOk, "", "OK"},
+    {"information", {"\r\n+CSQ: 20,99\r\n\r\nOK\r\n"}, kResultOk, "+CSQ: 20,99", "+CSQ: 20,99"},
+    {"inner line breaks stay", {"\r\na\r\n\r\nb\r\n\r\nOK\r\n"}, kResultOk, "a\r\n\r\nb", "a"},
+    {"the echo stays", {"AT\r\r\nOK\r\n"}, kResultOk, "AT", "AT"},
+    {"OK within a line is text",
+     {"\r\nNOT OK\r\nOKAY\r\n", "\r\nOK\r\n"},
+     kResultOk,
+     "NOT OK\r\nOKAY",
+     "NOT OK"},
+    {"a lone line feed is no line end", {"\nOK\r\n\r\nOK\r\n"}, kResultOk, "OK", "OK"},
+    {"runs of carriage returns", {"\r\r\nx\r\r\n\r\r\nOK\r\r\n"}, kResultOk, "x", "x"},
+    {"NULs are no text",
+     {"\0\r\n\0+GMM: m\0x\r\n\r\nO\0K\r\n\0"s},
+     kResultOk,
+     "+GMM: mx",
+     "+GMM: mx"},
+    {"high bytes pass",
+     {"\xFF\xFE\r\n\xE9\r\n\r\nOK\r\n"},
+     kResultOk,
+     "\xFF\xFE\r\n\xE9",
+     "\xFF\xFE"},
+    {"ERROR empties", {"\r\nrubbish\r\n\r\nERROR\r\n"}, kResultError, "", "ERROR"},
+    {"OK counts before ERROR in one text",
+     {"\r\nERROR\r\n\r\nOK\r\n"},
+     kResultOk,
+     "ERROR",
+     "ERROR"},
+    {"ERROR counts before an equipment error",
+     {"\r\n+CME ERROR: 3\r\n\r\nERROR\r\n"},
+     kResultError,
+     "",
+     "ERROR"},
+    {"+CME", {"\r\n+CME ERROR: 10\r\n"}, kResultEquipmentError, "10", "CME Error: 10"},
+    {"CME", {"\r\nCME ERROR: 515\r\n"}, kResultEquipmentError, "515", "CME Error: 515"},
+    {"+CMS", {"\r\n+CMS ERROR: 500\r\n"}, kResultEquipmentError, "500", "CMS Error: 500"},
+    {"CMS", {"\r\nCMS ERROR: 8\r\n"}, kResultEquipmentError, "8", "CMS Error: 8"},
+    {"verbose, cut inside its token and its line",
+     {"\r\n+CM", "E ERROR: SIM", " PIN required\r\n"},
+     kResultEquipmentError,
+     "SIM PIN required",
+     "CME Error: SIM PIN required"},
+    {"what stands before the token is given up",
+     {"\r\n+CREG: 1\r\n\r\n+CME ERROR: 30\r\n"},
+     kResultEquipmentError,
+     "30",
+     "CME Error: 30"},
+    {"the token with + counts first",
+     {"\r\nCME ERROR: 1\r\n\r\n+CME ERROR: 2\r\n"},
+     kResultEquipmentError,
+     "2",
+     "CME Error: 2"},
+    {"both kinds: CME is taken first, then CMS",
+     {"\r\n+CME ERROR: 1\r\n+CMS ERROR: 2\r\n"},
+     kResultEquipmentError,
+     "2",
+     "CME Error: 2"},
+    {"a second token stays in the text",
+     {"\r\n+CME ERROR: 1\r\n+CME ERROR: 2\r\n"},
+     kResultEquipmentError,
+     "1\r\n+CME ERROR: 2",
+     "CME Error: 1"},
+    {"OK behind an open error line", {"\r\n+CME ERROR: 1", "\r\nOK\r\n"}, kResultOk, "1", "1"},
+    {"longer than a log line",
+     {"\r\n" + std::string(4000, 'x') + "\r\n\r\nOK\r\n"},
+     kResultOk,
+     std::string(4000, 'x'),
+     std::string(512, 'x')},
+};
+
+TEST(Exchange, ClassifiesTheReply) {
+  for (const ReplyCase& row : kReplies) {
+    SCOPED_TRACE(row.name);
+    kxsim::Profile profile = kxsim::ScriptedProfile({});
+    kxsim::AddReply(profile, "ATX", Raw(row.pieces));
+    ScriptedDevice device(profile);
+    int result = -1;
+    CString response;
+    TakeLog();
+    EXPECT_TRUE(device.Modem()->SendCommandGetResponse("ATX\r", result, response));
+    EXPECT_EQ(result, row.result);
+    EXPECT_EQ(response.String(), row.response);
+    EXPECT_EQ(device.Commands().size(), 1u);
+    const std::string records = WithoutStamps(TakeLog());
+    EXPECT_EQ(records.find("CSModem::SendCommand() -> ATX\r\n"), 0u) << records;
+    const size_t record = records.find("CSModem::GetResponse() -> " + row.logged);
+    ASSERT_NE(record, std::string::npos) << records;
+    EXPECT_LE(records.size() - record, 600u);
+    EXPECT_NE(device.Modem()->m_dwLastResponseTime, 0u);
+  }
+}
+
+// A row is a dialogue: each command with what the device sends for it, how long it is waited for (a
+// wait ends at the next tenth of a second), and what must come of it.
+struct DialogueStep {
+  const char* command;
+  kxsim::Answer answer;
+  uint32_t timeoutMs;
+  int result;
+  std::string response;
+};
+
+struct DialogueCase {
+  const char* name;
+  int tries;
+  std::vector<DialogueStep> steps;
+};
+
+const DialogueCase kDialogues[] = {
+    {"a late answer is not the next command's",
+     1,
+     {{"AT1", Late("one", 250), 50, kResultTimeout, ""},
+      {"AT2", Late("two", 0), 1000, kResultOk, "two"},
+      {"AT3", Late("three", 0), 1000, kResultOk, "three"}}},
+    {"late errors are told apart too",
+     1,
+     {{"AT1", Late("+CME ERROR: 10", 250), 50, kResultTimeout, ""},
+      {"AT2", Late("ERROR", 0), 1000, kResultError, ""},
+      {"AT3", Late("+CMS ERROR: 3", 0), 1000, kResultEquipmentError, "3"}}},
+    {"two late answers",
+     1,
+     {{"AT1", Late("one", 350), 50, kResultTimeout, ""},
+      {"AT2", Late("two", 0), 50, kResultTimeout, ""},
+      {"AT3", Late("three", 0), 1000, kResultOk, "three"}}},
+    {"a lost answer costs one time-out and then nothing",
+     1,
+     {{"AT1", kxsim::ParseAnswer("(silence)"), 50, kResultTimeout, ""},
+      {"AT2", Late("two", 0), 200, kResultOk, "two"},
+      {"AT3", Late("three", 0), 1000, kResultOk, "three"}}},
+    {"a retry takes the first answer and leaves the rest owed",
+     3,
+     {{"AT1", Late("one", 250), 150, kResultOk, "one"},
+      {"AT2", Late("two", 0), 1000, kResultOk, "two"},
+      {"AT3", Late("three", 0), 1000, kResultOk, "three"}}},
+    {"a partial reply stays after a time-out",
+     1,
+     {{"AT1", Raw({"\r\nhalf"}), 50, kResultTimeout, "\r\nhalf"},
+      {"AT2", Late("two", 0), 200, kResultOk, "two"}}},
+};
+
+TEST(Exchange, NeverTakesAnAnswerForAnotherCommands) {
+  for (const DialogueCase& row : kDialogues) {
+    SCOPED_TRACE(row.name);
+    kxsim::Profile profile = kxsim::ScriptedProfile({});
+    for (const DialogueStep& step : row.steps) {
+      kxsim::AddReply(profile, step.command, step.answer);
+    }
+    ScriptedDevice device(profile);
+    CSModem* modem = device.Modem();
+    modem->m_nRetries = row.tries;
+    for (const DialogueStep& step : row.steps) {
+      SCOPED_TRACE(step.command);
+      int result = -1;
+      CString response;
+      const std::string command = step.command + "\r"s;
+      modem->m_dwResponseTimeout = step.timeoutMs;
+      EXPECT_EQ(modem->SendCommandGetResponse(command.c_str(), result, response),
+                step.result != kResultTimeout);
+      EXPECT_EQ(result, step.result);
+      EXPECT_STREQ(response.String(), step.response.c_str());
+    }
+  }
+}
+
+TEST(Exchange, WaitsOnForACommandThatTimedOut) {
+  kxsim::Profile profile = kxsim::ScriptedProfile({{"AT2", "two"}});
+  kxsim::AddReply(profile, "AT1", Late("one", 100));
+  ScriptedDevice device(profile);
+  int result = -1;
+  CString response;
+  EXPECT_FALSE(kxwan::SendOnce(device.Modem(), "AT1\r", 50, result, response));
+  EXPECT_TRUE(device.Modem()->GetResponse(result, response, 500));
+  EXPECT_STREQ(response.String(), "one");
+  EXPECT_TRUE(kxwan::SendOnce(device.Modem(), "AT2\r", 500, result, response));
+  EXPECT_STREQ(response.String(), "two");
+}
+
+TEST(Exchange, OwesNothingAfterAChangeOfSpeedOrAReopenedPort) {
+  for (const bool reopen : {false, true}) {
+    SCOPED_TRACE(reopen);
+    ScriptedDevice device(Answers{{"AT1", "(silence)"}, {"AT2", "two"}});
+    CSModem* modem = device.Modem();
+    int result = -1;
+    CString response;
+    EXPECT_FALSE(kxwan::SendOnce(modem, "AT1\r", 30, result, response));
+    if (reopen) {
+      modem->m_pSerial->Close();
+      ASSERT_TRUE(modem->m_pSerial->Open(device.Path().c_str()));
+    } else {
+      ASSERT_TRUE(modem->m_pSerial->SetDataFormat(57600, -1, -1, -1));
+    }
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_TRUE(kxwan::SendOnce(modem, "AT2\r", 5000, result, response));
+    EXPECT_LT(SecondsSince(start), 2.5);
+    EXPECT_STREQ(response.String(), "two");
+  }
+}
+
+TEST(Exchange, GivesASilentDeviceItsThreeAttemptsWithoutSpinning) {
+  ScriptedDevice device(Answers{{"AT", "(silence)"}});
+  int result = -1;
+  CString response;
+  TakeLog();
+  const auto start = std::chrono::steady_clock::now();
+  const double cpu = CpuSeconds();
+  EXPECT_FALSE(device.Modem()->SendCommandGetResponse("AT\r", result, response));
+  const double seconds = SecondsSince(start);
+  EXPECT_GE(seconds, 4.5);
+  EXPECT_LT(CpuSeconds() - cpu, seconds * 0.02);
+  EXPECT_EQ(result, kResultTimeout);
+  EXPECT_EQ(device.Commands(), (std::vector<std::string>{"AT", "AT", "AT"}));
+  const std::string records = WithoutStamps(TakeLog());
+  const std::string attempt =
+      "CSModem::SendCommand() -> AT\r\nCSModem::GetResponse() -> Response Timeout !\n";
+  EXPECT_EQ(records, attempt + attempt + attempt);
+}
+
+TEST(Exchange, EndsInTimeOnALineThatHungUp) {
+  ScriptedDevice device(Answers{{"AT", "(silence)"}});
+  CSModem* modem = device.Modem();
+  ASSERT_TRUE(modem->SendCommand("AT\r"));
+  device.Device().HangUp();
+  int result = -1;
+  CString response;
+  TakeLog();
+  const auto start = std::chrono::steady_clock::now();
+  const double cpu = CpuSeconds();
+  EXPECT_FALSE(modem->GetResponse(result, response, 600));
+  EXPECT_GE(SecondsSince(start), 0.6);
+  EXPECT_LT(CpuSeconds() - cpu, 0.02);
+  EXPECT_FALSE(modem->SendCommandGetResponse("AT\r", result, response));
+  EXPECT_LT(TakeLog().size(), 8000u);
+}
+
+TEST(Exchange, EndsInTimeOnAFlood) {
+  kxsim::Profile profile = kxsim::ScriptedProfile({});
+  kxsim::AddReply(profile, "AT", Raw(Pieces(64, std::string(4096, 'x') + "\r\n"), 0));
+  ScriptedDevice device(profile);
+  device.Modem()->m_nRetries = 1;
+  device.Modem()->m_dwResponseTimeout = 300;
+  int result = -1;
+  CString response;
+  EXPECT_FALSE(device.Modem()->SendCommandGetResponse("AT\r", result, response));
+  EXPECT_EQ(result, kResultTimeout);
+  EXPECT_GT(response.GetLength(), 4096);
+}
+
+TEST(Exchange, FailsAtOnceOnAClosedPort) {
+  CSModem modem;
+  int result = -1;
+  CString response("old");
+  EXPECT_FALSE(modem.SendCommandGetResponse("AT\r", result, response));
+  EXPECT_EQ(result, kResultTimeout);
+  EXPECT_TRUE(response.IsEmpty());
+}
+
+// An application may keep a copy of a reply, or a locked text, over the next exchange.
+TEST(Exchange, LeavesEarlierCopiesAloneAndReplacesALockedText) {
+  ScriptedDevice device(Answers{{"AT1", "first"}, {"AT2", "2nd"}, {"AT3", "ERROR"}});
+  int result = -1;
+  CString response;
+  device.Modem()->SendCommandGetResponse("AT1\r", result, response);
+  const CString copy = response;
+  device.Modem()->SendCommandGetResponse("AT2\r", result, response);
+  EXPECT_STREQ(copy.String(), "first");
+  EXPECT_STREQ(response.String(), "2nd");
+  response.LockBuffer();
+  device.Modem()->SendCommandGetResponse("AT3\r", result, response);
+  EXPECT_STREQ(response.String(), "");
+}
+
+}  // namespace

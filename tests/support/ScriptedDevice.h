@@ -1,0 +1,34 @@
+#pragma once
+
+#include <KXWAN/modem/CSModem.h>
+#include <simulator/Profile.h>
+#include <simulator/SimulatedDevice.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+// A command without its "\r", and its answer: information text with "OK" implied behind it, a final
+// result alone or as the last line, "(silence)", or "(raw)" and bytes. Several answers to one
+// command are given one after the other.
+using Answers = std::vector<std::pair<std::string, std::string>>;
+
+// A device on a pseudo-terminal that answers from a list, and a modem that has it open at 19200. A
+// command that is not listed is answered with ERROR, except ATE0V1.
+class ScriptedDevice {
+ public:
+  explicit ScriptedDevice(const Answers& answers)
+      : ScriptedDevice(kxsim::ScriptedProfile(answers)) {}
+  explicit ScriptedDevice(kxsim::Profile profile) : device_(std::move(profile)) {
+    modem_.m_pSerial->Open(device_.Path().c_str());
+  }
+
+  CSModem* Modem() { return &modem_; }
+  kxsim::SimulatedDevice& Device() { return device_; }
+  const std::string& Path() const { return device_.Path(); }
+  std::vector<std::string> Commands() const { return device_.Commands(); }
+
+ private:
+  kxsim::SimulatedDevice device_;
+  CSModem modem_;
+};
