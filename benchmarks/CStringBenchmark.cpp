@@ -40,7 +40,7 @@ void AppendStandard(benchmark::State& state) {
   const char* piece = Piece();
   for ([[maybe_unused]] auto unused : state) {
     std::string text;
-    text.reserve(static_cast<size_t>(pieces * kPieceLength));
+    text.reserve(static_cast<size_t>(pieces) * kPieceLength);
     for (int i = 0; i < pieces; ++i) text += piece;
     benchmark::DoNotOptimize(text.c_str());
   }

@@ -97,12 +97,12 @@ void CString::AllocCopy(CString& copy, int count, int first, int extra) const {
 CString::CString() { Init(); }
 
 CString::CString(const CString& source) {
-  Init();
-  if (source.GetData()->refs < 0) {
-    AssignCopy(source.GetLength(), source.m_pchData);
-  } else {
+  if (source.GetData()->refs >= 0) {
     m_pchData = source.m_pchData;
+    return;
   }
+  AllocBuffer(source.GetLength());
+  StoreText(GetData(), 0, source.m_pchData, source.GetLength());
 }
 
 CString::CString(const char* text) : CString(text, TextLength(text)) {}
