@@ -64,6 +64,19 @@ void ReadNames(Port& port, Identity& identity) {
   identity.manufacturer = manufacturer;
 }
 
+bool DialsAsCdma(CHandsetPlatform platform) {
+  constexpr CHandsetPlatform kCdma = PLATFORM_CDMA | PLATFORM_1XRTT | PLATFORM_1XEVDO |
+                                     PLATFORM_1XEVDO_REVA | PLATFORM_1XQNC | PLATFORM_1X_SPRINT;
+  return (platform & kCdma) != 0;
+}
+
+std::string NumberToDial(const Identity& identity) {
+  if (DialsAsCdma(identity.platform)) return "#777";
+  char number[16] = "";
+  kxwan::DialNumber(identity.manufacturer.c_str(), identity.model.c_str(), number, sizeof number);
+  return number;
+}
+
 std::string PlatformNames(CHandsetPlatform platform) {
   return GetModemProtocolTypeAsString(platform);
 }

@@ -31,6 +31,12 @@ Result Identify(Port& port, const Report& report, Identity& identity);
 // The device's own words for itself.
 void ReadNames(Port& port, Identity& identity);
 
+// Whether a packet-data call is dialled as the CDMA networks agreed on, whatever the device.
+bool DialsAsCdma(CHandsetPlatform platform);
+
+// The number that starts a packet-data call.
+std::string NumberToDial(const Identity& identity);
+
 std::string PlatformNames(CHandsetPlatform platform);
 
 // An exchange that is made once, whatever comes of it.

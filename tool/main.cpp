@@ -17,7 +17,8 @@ void AddPort(CLI::App& app, Options& options) {
 
 namespace {
 
-constexpr const Verb* kVerbs[] = {&kPortsVerb, &kDetectVerb, &kAtVerb};
+constexpr const Verb* kVerbs[] = {&kPortsVerb,   &kDetectVerb, &kAtVerb,    &kInfoVerb,
+                                  &kPrepareVerb, &kSimVerb,    &kSpeedVerb, &kDemoVerb};
 
 void AddVerbs(CLI::App& app, Options& options, bool& json,
               std::map<CLI::App*, const Verb*>& verbs) {

@@ -1,0 +1,29 @@
+#include <tool/Device.h>
+#include <tool/Progress.h>
+#include <tool/Verb.h>
+
+namespace kxtool {
+namespace {
+
+Result Run(const Options& options, Report& report) {
+  Port port(options.port);
+  if (Result failure = port.Open()) return failure;
+  Identity identity;
+  if (Result failure = Identify(port, report, identity)) return failure;
+  report.Fact("platform", "Platform", PlatformNames(identity.platform));
+  report.Fact("before", "Speed before", identity.speed, "bit/s");
+  unsigned long speed = identity.speed;
+  {
+    const Progress progress("trying faster speeds", !report.IsJson());
+    port.Device().DetectModemBaudRate(identity.platform, speed);
+  }
+  report.Fact("after", "Speed now", speed, "bit/s");
+  return {};
+}
+
+}  // namespace
+
+const Verb kSpeedVerb = {"speed", "Move a device to the fastest line speed that suits it",
+                         "kxwan speed /dev/ttyUSB0", AddPort, Run};
+
+}  // namespace kxtool
