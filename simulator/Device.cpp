@@ -3,67 +3,141 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 
 namespace kxsim {
+namespace {
 
-Device::Device(Loop& loop, Profile profile, DeviceOptions options)
+std::vector<Fault> Joined(std::vector<Fault> faults, const std::vector<Fault>& more) {
+  faults.insert(faults.end(), more.begin(), more.end());
+  return faults;
+}
+
+}  // namespace
+
+Device::Device(Loop& loop, HostWatch& hosts, Profile profile, DeviceOptions options)
     : loop_(loop),
+      hosts_(hosts),
       profile_(std::move(profile)),
       options_(std::move(options)),
+      link_(options_.link),
       sender_(loop, terminal_),
       interpreter_(profile_),
-      speed_(profile_.line.baud) {
+      faults_(Joined(profile_.faults, options_.faults), options_.seed),
+      farEnd_(
+          loop, options_.onConnect, [this](std::string bytes) { ToHost(std::move(bytes)); },
+          [this] { LeaveData("NO CARRIER"); }),
+      escape_(loop, [this] {
+        data_ = false;
+        Unasked("OK", {});
+        UpdateEvents();
+      }) {
   sender_.SetFilter([this](std::string& bytes) {
     // A host that listens at another speed hears nothing.
     if (!HearsHost()) bytes.clear();
+    // Deliberate: a terminal that echoes by itself would hand the data back for ever.
+    if (data_ && terminal_.HostEchoes()) bytes.clear();
+    Tell(Traffic::kToHost, bytes);
   });
 }
 
-Device::~Device() { HangUp(); }
+Device::~Device() {
+  if (comeBack_) loop_.Cancel(*comeBack_);
+  HangUp();
+}
 
-bool Device::Start() {
-  if (!terminal_.Open(options_.rawTerminal)) return false;
-  WatchTerminal();
+bool Device::Start(std::string& error) {
+  if (!terminal_.Open(options_.rawTerminal)) {
+    error = std::string("no pseudo-terminal: ") + strerror(errno);
+    return false;
+  }
+  if (!link_.PointTo(terminal_.Path(), error)) {
+    terminal_.Close();
+    return false;
+  }
+  speed_ = interpreter_.State().speed;
+  watch_ = hosts_.Add(terminal_.Path(), [this] { OnHostGone(); });
+  loop_.Watch(terminal_.Master(), POLLIN, [this](short ready) { OnReady(ready); });
   return true;
 }
 
 void Device::HangUp() {
   if (!terminal_.IsOpen()) return;
+  hosts_.Forget(watch_);
   loop_.Unwatch(terminal_.Master());
+  EndCall();
   sender_.Clear();
+  lines_.clear();
+  editor_.Clear();
+  busy_ = false;
   terminal_.Close();
+  Tell(Traffic::kNote, "hung up");
 }
 
 bool Device::HearsHost() const {
   const int host = terminal_.HostSpeed();
-  if (!profile_.line.autobaud) return host == speed_;
+  if (speed_ != 0) return host == speed_;
   const std::vector<int>& speeds = profile_.line.speeds;
   return host != 0 &&
          (speeds.empty() || std::find(speeds.begin(), speeds.end(), host) != speeds.end());
 }
 
-void Device::WatchTerminal() {
-  const short events = sender_.Blocked() ? POLLIN | POLLOUT : POLLIN;
-  loop_.Watch(terminal_.Master(), events, [this](short ready) { OnReady(ready); });
+void Device::Tell(Traffic kind, std::string_view bytes) const {
+  if (options_.onTraffic && !bytes.empty()) options_.onTraffic(kind, bytes);
+}
+
+void Device::UpdateEvents() {
+  if (!terminal_.IsOpen()) return;
+  const bool listens = !data_ || (sender_.Waiting() < kMostUnread && farEnd_.Ready());
+  const int events = (listens ? POLLIN : 0) | (sender_.Blocked() ? POLLOUT : 0);
+  loop_.SetEvents(terminal_.Master(), static_cast<short>(events));
+  farEnd_.Pause(!data_ || sender_.Waiting() >= kMostUnread);
 }
 
 void Device::OnReady(short events) {
+  // What the last host has left behind ends before the next one is heard.
+  hosts_.Check();
   if ((events & POLLOUT) != 0) sender_.OnWritable();
   char bytes[4096];
-  const ssize_t count = read(terminal_.Master(), bytes, sizeof bytes);
-  if (count > 0 && HearsHost()) OnBytes(std::string_view(bytes, static_cast<size_t>(count)));
-  if (terminal_.IsOpen()) {
-    loop_.SetEvents(terminal_.Master(), sender_.Blocked() ? POLLIN | POLLOUT : POLLIN);
-  }
+  const ssize_t count = (events & POLLIN) != 0 ? read(terminal_.Master(), bytes, sizeof bytes) : 0;
+  if (count > 0) OnBytes(std::string_view(bytes, static_cast<size_t>(count)));
+  UpdateEvents();
 }
 
 void Device::OnBytes(std::string_view bytes) {
-  // Deliberate: a terminal that echoes by itself would hand our echo back as the next command.
-  const bool echo = interpreter_.Talk().echo && !terminal_.HostEchoes();
-  for (const char byte : bytes) {
-    if (echo) sender_.Send({std::string(1, byte)});
-    if (std::optional<std::string> line = editor_.Feed(byte)) OnLine(std::move(*line));
+  if (!HearsHost()) {
+    Tell(Traffic::kNote, "not heard at " + std::to_string(terminal_.HostSpeed()));
+    const std::string noise = faults_.NoiseFor(bytes.size());
+    // Rubbish reaches the host whatever its speed.
+    [[maybe_unused]] const ssize_t sent = write(terminal_.Master(), noise.data(), noise.size());
+    return;
   }
+  Tell(Traffic::kFromHost, bytes);
+  if (data_) {
+    escape_.Feed(bytes);
+    farEnd_.Send(bytes);
+  } else {
+    OnTyped(bytes);
+  }
+}
+
+void Device::OnTyped(std::string_view bytes) {
+  // Deliberate: a terminal that echoes by itself would hand our echo back as the next command.
+  const bool echoes = !terminal_.HostEchoes();
+  const auto& registers = interpreter_.State().settings.registers;
+  std::string echo;
+  for (const char byte : bytes) {
+    editor_.endOfLine = static_cast<char>(registers[kEndOfLine]);
+    editor_.backspace = static_cast<char>(registers[kBackspace]);
+    if (busy_ && abortable_ && byte != '\n') Abort();
+    if (echoes && (interpreter_.State().settings.echo || faults_.EchoStays())) echo += byte;
+    std::optional<std::string> line = editor_.Feed(byte);
+    if (!line) continue;
+    sender_.Send({std::exchange(echo, "")});
+    OnLine(std::move(*line));
+  }
+  if (!echo.empty()) sender_.Send({std::move(echo)});
 }
 
 void Device::OnLine(std::string line) {
@@ -72,31 +146,21 @@ void Device::OnLine(std::string line) {
   RunNextLine();
 }
 
-void Device::RunNextLine() {
-  if (busy_ || lines_.empty()) return;
-  const std::string line = std::move(lines_.front());
-  lines_.pop_front();
-  busy_ = true;
-  Say(interpreter_.Execute(line));
+void Device::OnHostGone() {
+  terminal_.DropUnread();
+  // AT&D0: the fall of DTR means nothing to the device.
+  if (interpreter_.State().settings.terminalReady != 0) EndCall();
 }
 
-void Device::Say(const Outcome& outcome) {
-  using std::chrono::milliseconds;
-  std::vector<std::string> pieces = outcome.raw;
-  if (pieces.empty()) pieces.push_back(interpreter_.Spoken(outcome));
-  milliseconds pause(outcome.latencyMs + profile_.line.latencyMs);
-  for (size_t i = 0; i < pieces.size(); ++i) {
-    Chunk chunk{std::move(pieces[i]), pause};
-    if (i + 1 == pieces.size()) {
-      chunk.sent = [this, speed = outcome.newSpeed] {
-        if (speed != 0) speed_ = speed;
-        busy_ = false;
-        RunNextLine();
-      };
-    }
-    sender_.Send(std::move(chunk));
-    pause = milliseconds(outcome.gapMs);
-  }
+void Device::GoAway(int backAfterMs) {
+  HangUp();
+  if (backAfterMs == 0) return;
+  comeBack_ = loop_.At(Loop::Clock::now() + std::chrono::milliseconds(backAfterMs), [this] {
+    comeBack_.reset();
+    interpreter_.PowerUp();
+    std::string error;
+    Tell(Traffic::kNote, Start(error) ? "back again" : error);
+  });
 }
 
 }  // namespace kxsim

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <simulator/CommandLine.h>
+#include <simulator/ModemState.h>
 #include <simulator/Outcome.h>
 #include <simulator/Profile.h>
 #include <simulator/Script.h>
@@ -8,29 +10,35 @@
 
 namespace kxsim {
 
-// How the device talks at the moment.
-struct Dialogue {
-  bool echo = true;     // ATE
-  bool verbose = true;  // ATV
-  bool quiet = false;   // ATQ
-};
-
-// Turns command lines into outcomes. It knows nothing of time and terminals.
+// Turns command lines into outcomes. What the profile lists wins over what is built in; the
+// built-in command is carried out silently all the same when the listed answer is a success.
 class Interpreter {
  public:
   explicit Interpreter(const Profile& profile);
 
+  // Starts the device anew, with the card that is in it.
+  void PowerUp();
   Outcome Execute(const std::string& line);
-  const Dialogue& Talk() const { return dialogue_; }
-  // The bytes of an outcome in the device's form.
+  // The bytes of an outcome in the form that the host has asked for.
   std::string Spoken(const Outcome& outcome) const;
 
+  ModemState& State() { return state_; }
+  const ModemState& State() const { return state_; }
+
  private:
-  Outcome ExecuteScripted(const std::string& line);
+  Outcome WakeUp(const std::string& line);
+  Outcome RunLine(const std::string& line);
+  Outcome RunScripted(const std::string& line);
+  Outcome RunCommand(const Invocation& command);
+  Outcome RunBuiltIn(const Invocation& command);
+  Outcome Play(const Answer& answer, const std::string& line);
+  void CarryOutSilently(const std::string& line, Outcome& outcome);
+  std::string LineEnd() const;
 
   const Profile& profile_;
   Script script_;
-  Dialogue dialogue_;
+  ModemState state_;
+  std::string lastLine_;
 };
 
 }  // namespace kxsim

@@ -64,7 +64,8 @@ struct SimSettings {
   std::string puk = "12345678";
   int pinTries = 3;
   int pukTries = 10;
-  bool lock = true;  // the card asks for its PIN at the next start
+  bool lock = true;           // the card asks for its PIN at the next start
+  bool stateAsError = false;  // +CPIN? reports a locked card as an equipment error
   int pinLength = 8;
 };
 

@@ -1,3 +1,4 @@
+#include <simulator/FaultSet.h>
 #include <simulator/ProfileKeysPrivate.h>
 
 #include <algorithm>
@@ -20,6 +21,10 @@ bool Text(const toml::node& node, Fault& fault) {
   return value.has_value();
 }
 
+bool Kind(const toml::node& node, Fault& fault) {
+  return Text<&Fault::kind>(node, fault) && IsFaultKind(fault.kind);
+}
+
 bool Rate(const toml::node& node, Fault& fault) {
   const std::optional<double> value = node.value<double>();
   if (!value || *value < 0 || *value > 1) return false;
@@ -36,12 +41,9 @@ struct FaultKey {
 constexpr std::string_view kCount = "a whole number from 0 to 1000000";
 
 constexpr FaultKey kFaultKeys[] = {
-    {"kind", "the name of a fault", Text<&Fault::kind>},
-    {"at", kCount, Number<&Fault::at>},
-    {"rate", "a number from 0 to 1", Rate},
-    {"bytes", kCount, Number<&Fault::bytes>},
-    {"ms", kCount, Number<&Fault::ms>},
-    {"text", "a text", Text<&Fault::text>},
+    {"kind", "the name of a fault", Kind},  {"at", kCount, Number<&Fault::at>},
+    {"rate", "a number from 0 to 1", Rate}, {"bytes", kCount, Number<&Fault::bytes>},
+    {"ms", kCount, Number<&Fault::ms>},     {"text", "a text", Text<&Fault::text>},
 };
 
 bool ReadFaultKey(std::string_view name, const toml::node& node, Fault& fault,
@@ -55,7 +57,8 @@ bool ReadFaultKey(std::string_view name, const toml::node& node, Fault& fault,
     return false;
   }
   if (key->read(node, fault)) return true;
-  error = {node.source(), quoted + ": expected " + std::string(key->expected)};
+  const std::string names = key->read == Kind ? ", one of " + FaultKinds() : "";
+  error = {node.source(), quoted + ": expected " + std::string(key->expected) + names};
   return false;
 }
 

@@ -199,6 +199,7 @@ constexpr ProfileKey kKeys[] = {
     {"sim", "pin_tries", "1 to 99", Number<1, 99, &P::sim, &S::pinTries>},
     {"sim", "puk_tries", "1 to 99", Number<1, 99, &P::sim, &S::pukTries>},
     {"sim", "lock", kFlag, Flag<&P::sim, &S::lock>},
+    {"sim", "state_as_error", kFlag, Flag<&P::sim, &S::stateAsError>},
     {"sim", "pin_length", "4 to 99", Number<4, 99, &P::sim, &S::pinLength>},
 
     {"radio", "on", kFlag, Flag<&P::radio, &R::on>},

@@ -6,8 +6,9 @@
 namespace kxsim {
 
 SimulatedDevice::SimulatedDevice(Profile profile, DeviceOptions options)
-    : device_(loop_, std::move(profile), Observed(std::move(options))) {
-  if (device_.Start()) path_ = device_.Path();
+    : hosts_(loop_), device_(loop_, hosts_, std::move(profile), Observed(std::move(options))) {
+  std::string error;
+  if (device_.Start(error)) path_ = device_.Path();
   thread_ = std::thread([this] { loop_.Run(); });
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <simulator/Device.h>
+#include <simulator/HostWatch.h>
 #include <simulator/Loop.h>
 #include <simulator/Profile.h>
 
@@ -38,6 +39,7 @@ class SimulatedDevice {
   mutable std::mutex mutex_;
   std::deque<std::string> commands_;
   Loop loop_;
+  HostWatch hosts_;
   Device device_;
   std::string path_;
   std::thread thread_;

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <simulator/Device.h>
+#include <simulator/Loop.h>
+
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+namespace kxsim {
+
+// Text in which control characters and high bytes can be read: "\r", "\x1B".
+std::string Readable(std::string_view bytes);
+
+// Prints a dialogue, a line for each line said, with its time in seconds.
+class Trace {
+ public:
+  // The name stands on every line; empty for none.
+  Trace(FILE* output, bool colour, std::string name)
+      : output_(output), colour_(colour), name_(std::move(name)) {}
+  ~Trace() { Flush(); }
+  Trace(const Trace&) = delete;
+  Trace& operator=(const Trace&) = delete;
+
+  void Note(Traffic kind, std::string_view bytes);
+  // Prints what has been gathered of a line.
+  void Flush();
+
+ private:
+  static constexpr size_t kLongestLine = 256;
+
+  FILE* const output_;
+  const bool colour_;
+  const std::string name_;
+  const Loop::Clock::time_point start_ = Loop::Clock::now();
+  Traffic kind_ = Traffic::kNote;
+  std::string line_;
+};
+
+}  // namespace kxsim
