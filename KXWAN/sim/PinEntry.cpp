@@ -33,7 +33,7 @@ struct OutcomeText {
 constexpr OutcomeText kOutcomeTexts[] = {
     {PinOutcome::kAccepted, "Accepted."},
     {PinOutcome::kWrong,
-     "Wrong: it was refused and the try was counted. Make sure of the digits, another try counts."},
+     "Refused, most likely because it is wrong. Make sure of the digits: every try counts."},
     {PinOutcome::kPukNeeded, "The SIM takes no PIN any more: it needs the PUK and a new PIN."},
     {PinOutcome::kBlocked, "The SIM failed or is blocked for good. Only its provider can help."},
     {PinOutcome::kNotPossible,

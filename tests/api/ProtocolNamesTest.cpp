@@ -18,6 +18,7 @@ const Case kLists[] = {
     {0xffffffff, "GSM, GPRS, EDGE, CDMA, 1xRTT, 1xEVDO (Rev-A), CSD, UMTS, TDMA, IDEN, 1xQNC"},
 };
 
+// Both ways.
 const Case kNames[] = {
     {0x0001, "GSM"},   {0x0002, "GPRS"},   {0x0004, "EDGE"},  {0x0008, "CDMA"},
     {0x0010, "1xRTT"}, {0x0020, "1xEVDO"}, {0x0040, "CSD"},   {0x0080, "UMTS"},
