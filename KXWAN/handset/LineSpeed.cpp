@@ -39,12 +39,12 @@ bool AnswersSoon(CSModem* modem) {
 }
 
 // False when the device refused. Silence is no refusal: some devices answer at the new speed.
-bool TellSpeed(CSModem* modem, unsigned long speed) {
+bool TellSpeed(CSModem* modem, unsigned long speed, unsigned long timeoutMs) {
   char command[40];
   std::snprintf(command, sizeof command, "AT+IPR=%lu\r", speed);
   int result = kResultTimeout;
   ScopedText reply;
-  return !SendOnce(modem, command, kChangeMs, result, reply) || result == kResultOk;
+  return !SendOnce(modem, command, timeoutMs, result, reply) || result == kResultOk;
 }
 
 // A speed that only the device knows would lose it.
@@ -80,13 +80,13 @@ bool ChangeLineSpeed(CSModem* modem, unsigned long newSpeed) {
   if (newSpeed == oldSpeed) {
     return true;
   }
-  if (!PortKnows(modem, newSpeed, oldSpeed) || !TellSpeed(modem, newSpeed)) {
+  if (!PortKnows(modem, newSpeed, oldSpeed) || !TellSpeed(modem, newSpeed, kChangeMs)) {
     return false;
   }
   if (SetPortSpeed(modem, newSpeed) && AnswersSoon(modem)) {
     return true;
   }
-  TellSpeed(modem, oldSpeed);
+  TellSpeed(modem, oldSpeed, kAnswerMs);
   SetPortSpeed(modem, oldSpeed);
   return false;
 }

@@ -109,7 +109,7 @@ BatteryReading BatteryReadingOf(std::string_view value) {
     const int32_t millivolts = isNumber ? MillivoltsOf(number) : 0;
     if (millivolts > 0) {
       reading.millivolts = millivolts;
-    } else if (isNumber && smallCount < 2) {
+    } else if (isNumber && number.find('.') == std::string_view::npos && smallCount < 2) {
       small[smallCount++] = ToInt(number);
     }
   }
