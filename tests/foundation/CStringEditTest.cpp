@@ -31,50 +31,34 @@ int TrimmedRight(CString& text, Set... set) {
 const Case kCases[] = {
     {"white space in front", " \t\r\n\v\fab ", [](CString& s) { return TrimmedLeft(s); }, "ab "},
     {"white space behind", " ab \t\r\n", [](CString& s) { return TrimmedRight(s); }, " ab"},
-    {"nothing but white space", "  ", [](CString& s) { return TrimmedLeft(s); }, ""},
     {"nothing but white space", "  ", [](CString& s) { return TrimmedRight(s); }, ""},
     {"a high byte is no space", "\xA0", [](CString& s) { return TrimmedLeft(s); }, "\xA0"},
-    {"a run in front", "xxaxx", [](CString& s) { return TrimmedLeft(s, 'x'); }, "axx"},
-    {"a run behind", "xxaxx", [](CString& s) { return TrimmedRight(s, 'x'); }, "xxa"},
-    {"a set in front", "xyaxy", [](CString& s) { return TrimmedLeft(s, "yx"); }, "axy"},
+    {"a run", "xxaxx", [](CString& s) { return TrimmedLeft(s, 'x') + TrimmedRight(s, 'x'); }, "a"},
     {"a set behind", "xyaxy", [](CString& s) { return TrimmedRight(s, "yx"); }, "xya"},
     {"no set", "xa",
      [](CString& s) { return TrimmedLeft(s, "") + TrimmedLeft(s, static_cast<char*>(nullptr)); },
      "xa"},
-    {"remove", "abaca", [](CString& s) { return s.Remove('a'); }, "bc", 3},
-    {"replace a character", "aba", [](CString& s) { return s.Replace('a', 'x'); }, "xbx", 2},
-    {"replace it by itself", "aba", [](CString& s) { return s.Replace('a', 'a'); }, "aba"},
+    {"replace a character by itself", "aba", [](CString& s) { return s.Replace('a', 'a'); }, "aba"},
     {"matches do not overlap", "aaa", [](CString& s) { return s.Replace("aa", "b"); }, "ba", 1},
     {"what was put in is not searched", "aa", [](CString& s) { return s.Replace("a", "aa"); },
      "aaaa", 2},
     {"longer", "-a-a", [](CString& s) { return s.Replace("a", "xyz"); }, "-xyz-xyz", 2},
-    {"longer, room enough", "-a-a",
-     [](CString& s) {
-       s.GetBuffer(20);
-       return s.Replace("-", "<->");
-     },
-     "<->a<->a", 2},
-    {"as long", "abab", [](CString& s) { return s.Replace("ab", "ba"); }, "baba", 2},
     {"by nothing", "abcab", [](CString& s) { return s.Replace("ab", nullptr); }, "c", 2},
-    {"all by nothing", "abab", [](CString& s) { return s.Replace("ab", ""); }, "", 2},
     {"of nothing", "ab", [](CString& s) { return s.Replace("", "x") + s.Replace(nullptr, "x"); },
      "ab"},
-    {"absent", "ab", [](CString& s) { return s.Replace("abc", "x"); }, "ab"},
     {"across NULs", "a\0ba\0a"s, [](CString& s) { return s.Replace("a", "xy"); }, "xy\0bxy\0xy"s,
      3},
     {"insert before the front", "bc", [](CString& s) { return s.Insert(-9, "a"); }, "abc", 3},
-    {"insert in the middle", "ad", [](CString& s) { return s.Insert(1, "bc"); }, "abcd", 4},
     {"insert past the end", "ab", [](CString& s) { return s.Insert(INT_MAX, "cd"); }, "abcd", 4},
     {"insert nothing", "ab", [](CString& s) { return s.Insert(1, nullptr) * s.Insert(1, ""); },
      "ab", 4},
-    {"insert a character", "ac", [](CString& s) { return s.Insert(1, 'b'); }, "abc", 3},
     {"insert a character past the end", "a", [](CString& s) { return s.Insert(9, 'b'); }, "ab", 2},
     {"delete gives the length before", "abc", [](CString& s) { return s.Delete(1); }, "ac", 3},
     {"delete from before the front", "abc", [](CString& s) { return s.Delete(-2, 2); }, "c", 3},
     {"delete more than there is", "abc", [](CString& s) { return s.Delete(1, INT_MAX); }, "a", 3},
-    {"delete at the end", "abc", [](CString& s) { return s.Delete(3, 1); }, "abc", 3},
     {"delete nothing", "abc", [](CString& s) { return s.Delete(0, 0); }, "abc", 3},
-    {"drop", "abc", [](CString& s) { return s.DeleteRight(2); }, "a", 1},
+    {"remove and replace characters", "abaca",
+     [](CString& s) { return s.Remove('a') * 10 + s.Replace('b', 'x'); }, "xc", 31},
     {"drop all", "abc", [](CString& s) { return s.DeleteRight(4); }, ""},
     {"drop less than nothing", "abc", [](CString& s) { return s.DeleteRight(INT_MIN); }, "abc", 3},
     {"set within, and nowhere else", "abc",
@@ -105,6 +89,5 @@ TEST(CStringEdit, LeavesTheSharedEmptyTextAlone) {
     CString empty;
     row.edit(empty);
     EXPECT_EQ(_afxPchNil[0], '\0') << row.what;
-    EXPECT_EQ(_afxDataNil->dataLength, 0) << row.what;
   }
 }

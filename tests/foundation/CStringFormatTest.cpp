@@ -25,7 +25,6 @@ TEST(CStringFormat, ReservesTheEstimateAndFormats) {
   const char unterminated[] = {'a', 'b'};
   static const char* const two = unterminated;
   static const std::string reply(5000, 'r');
-  static int written = 0;
   const struct {
     int room;
     std::string expected;
@@ -35,18 +34,14 @@ TEST(CStringFormat, ReservesTheEstimateAndFormats) {
       ROW(38, "-0x1f", "-%#x", 31),
       ROW(6 * 32 + 16 + 13 + 10 + 7 + 4, "1 2 3 4 5 6", "%i %o %u %x %X %hd", 1, 2, 3, 4, 5, 6),
       ROW(32, "        -7", "%*.*d", 10, 1, -7),
-      ROW(100, std::string(98, ' ') + "42", "%100d", 42),
-      ROW(3 + 2 + 1, "abc", "abc"),
       ROW(3 + 1, "%%", "%%%%"),
-      ROW(2, "x", "%c", 'x'),
-      ROW(6, "(null)", "%s", static_cast<char*>(nullptr)),
+      ROW(2 + 6, "x(null)", "%c%s", 'x', static_cast<char*>(nullptr)),
       ROW(5000, reply, "%s", reply.c_str()),
       ROW(9, "       ab", "%9.2s", "abcdef"),
       ROW(2, "ab", "%.2s", two),
       ROW(128, "1.5", "%g", 1.5),
       ROW(128, "2.5", "%Lg", 2.5L),
       ROW(64, "12 34", "%ld %lu", 12L, 34UL),
-      ROW(0, "", "%n", &written),
       ROW(3 + 4, "1.500000 next", "%f %s", 1.5, "next"),
       ROW(300, std::string(291, ' ') + "1.000E+00", "%300.3E", 1.0),
       ROW(4 + 3 + 4, "123456789012 next", "%lld %s", 123456789012LL, "next"),
@@ -74,11 +69,8 @@ TEST(CStringFormat, SurvivesFormatsThatEndEarlyOrAskTooMuch) {
   }
 }
 
-TEST(CStringFormat, SharesWhatFitsAndHasNoStringResources) {
-  CString text("a text with room");
-  const CString copy(text);
-  text.Format("%s", "");
-  EXPECT_TRUE(copy.IsEmpty());
+TEST(CStringFormat, HasNoStringResources) {
+  CString text("before");
   text.Format(42U, 7);
   EXPECT_TRUE(text.IsEmpty());
   EXPECT_EQ(text.LoadString(42), 0);

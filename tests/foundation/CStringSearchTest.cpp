@@ -11,30 +11,20 @@ TEST(CStringSearch, GivesThePositionOrMinusOne) {
     int found;
     int expected;
   } cases[] = {
-      {"character", abc.Find('b'), 1},
       {"character from", abc.Find('b', 2), 4},
       {"character at the length", abc.Find('\0', 6), -1},
-      {"character past the length", abc.Find('a', 7), -1},
       {"character from before the text", abc.Find('a', INT_MIN), 0},
-      {"character in nothing", CString().Find('a'), -1},
-      {"text", abc.Find("ca"), 2},
-      {"text from", abc.Find("abc", 1), 3},
       {"text at the length", abc.Find("x", 6), -1},
       {"empty text at the length", abc.Find("", 6), 6},
       {"empty text past the length", abc.Find("", 7), -1},
       {"text from before the text", abc.Find("b", -1), 1},
-      {"null text", abc.Find(nullptr), -1},
       {"other case", text.FindNoCase("ok", 0), 2},
-      {"other case from", abc.FindNoCase("ABC", 1), 3},
       {"other case, absent", abc.FindNoCase("ABD"), -1},
       {"other case, not behind a NUL", CString("a\0b", 3).FindNoCase("B"), -1},
       {"other case folds letters only", CString("[{\xC9").FindNoCase("{["), -1},
-      {"empty text in any case at the length", abc.FindNoCase("", 6), 6},
       {"empty text in any case past the length", abc.FindNoCase("", 7), -1},
       {"last character", abc.ReverseFind('b'), 4},
-      {"no last character", abc.ReverseFind('x'), -1},
       {"one of", abc.FindOneOf("xcb"), 1},
-      {"one of none", abc.FindOneOf("xyz"), -1},
   };
   for (const auto& row : cases) EXPECT_EQ(row.found, row.expected) << row.what;
 }
@@ -47,16 +37,12 @@ TEST(CStringSearch, Slices) {
     const char* expected;
   } cases[] = {
       {"Left(-1)", abc.Left(-1), ""},
-      {"Left(2)", abc.Left(2), "ab"},
-      {"Right(-1)", abc.Right(-1), ""},
       {"Right(2)", abc.Right(2), "bc"},
       {"Mid(5, 10)", abc.Mid(5, 10), ""},
       {"Mid(1, 10)", abc.Mid(1, 10), "bc"},
-      {"Mid(1, INT_MAX)", abc.Mid(1, INT_MAX), "bc"},
       {"Mid(-1, 2)", abc.Mid(-1, 2), "ab"},
       {"Mid(1, -1)", abc.Mid(1, -1), ""},
       {"Mid(1)", abc.Mid(1), "bc"},
-      {"Mid(4)", abc.Mid(4), ""},
       {"Mid(INT_MIN)", abc.Mid(INT_MIN), "abc"},
       {"SpanIncluding", abc.SpanIncluding("ba"), "ab"},
       {"SpanExcluding", abc.SpanExcluding("xc"), "ab"},
