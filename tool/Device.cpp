@@ -52,6 +52,7 @@ Result Identify(Port& port, const Report& report, Identity& identity) {
   if (!DetectWirelessPhone(port.Modem(), identity.speed, identity.platform)) {
     return SilentDevice(port);
   }
+  identity.platform = kxwan::CorrectPlatform(port.Modem(), identity.platform);
   ReadNames(port, identity);
   return {};
 }

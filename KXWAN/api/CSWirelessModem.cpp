@@ -59,7 +59,15 @@ constexpr PlatformCorrection kSonyEricssonCards[] = {
     {"GC75", 0, PLATFORM_GPRS},
 };
 
-CHandsetPlatform CorrectedPlatform(CSModem* modem, CHandsetPlatform platform) {
+std::unique_ptr<CSModem> NewModem() {
+  std::unique_ptr<CSModem> modem(new (std::nothrow) CSModem);
+  if (modem != nullptr && modem->m_pSerial == nullptr) modem.reset();
+  return modem;
+}
+
+}  // namespace
+
+CHandsetPlatform kxwan::CorrectPlatform(CSModem* modem, CHandsetPlatform platform) {
   ScopedText model;
   ScopedText manufacturer;
   if (!GetModelAndManufacturer(modem, model, manufacturer) ||
@@ -71,14 +79,6 @@ CHandsetPlatform CorrectedPlatform(CSModem* modem, CHandsetPlatform platform) {
   }
   return platform;
 }
-
-std::unique_ptr<CSModem> NewModem() {
-  std::unique_ptr<CSModem> modem(new (std::nothrow) CSModem);
-  if (modem != nullptr && modem->m_pSerial == nullptr) modem.reset();
-  return modem;
-}
-
-}  // namespace
 
 CSWirelessModem::CSWirelessModem() : m_pModem(nullptr) {}
 
@@ -117,7 +117,7 @@ CHandsetPlatform CSWirelessModem::DetectModem(unsigned long& baud) {
     baud = speed;
     if (DetectWirelessPhone(m_pModem, speed, platform)) break;
   }
-  return CorrectedPlatform(m_pModem, platform);
+  return kxwan::CorrectPlatform(m_pModem, platform);
 }
 
 int CSWirelessModem::SendATCommandAndGetReply(const char* command, char* reply, int replySize) {

@@ -75,3 +75,12 @@ class KXWAN_API CSWirelessModem {
 
   CSModem* m_pModem;  // owned; null while closed
 };
+
+namespace kxwan {
+
+// The platform bits with what is known of cards whose answers promise too little or too much; the
+// device is asked for its model and manufacturer. DetectModem ends with this, DetectWirelessPhone
+// does not.
+KXWAN_API CHandsetPlatform CorrectPlatform(CSModem* modem, CHandsetPlatform platform);
+
+}  // namespace kxwan
