@@ -23,32 +23,41 @@ std::vector<std::string> SimulatedNames() {
   return names;
 }
 
-Result Port::Start(const std::string& profileName) {
+Result Port::Load(const std::string& profileName, kxsim::Profile& profile) const {
   const std::vector<std::string> names = SimulatedNames();
   const bool isFile = profileName.find_first_of("./") != profileName.npos;
   if (!isFile && std::find(names.begin(), names.end(), profileName) == names.end()) {
     return WrongCall("There is no simulated device \"" + Printable(profileName) +
                      "\". There are: " + Joined(names, ", ") + ".");
   }
-  kxsim::Profile profile;
   std::string error;
-  if (!kxsim::LoadProfile(profileName, profile, error)) return WrongCall(Printable(error));
-  simulated_ = std::make_unique<kxsim::SimulatedDevice>(std::move(profile));
-  path_ = simulated_->Path();
-  if (path_.empty()) return DeviceFailed("The system gave no pseudo-terminal for " + name_ + ".");
-  return {};
+  if (kxsim::LoadProfile(profileName, profile, error)) return {};
+  return WrongCall("The simulated device cannot be read. " + Printable(error));
 }
 
-Result Port::Open() {
-  path_ = name_;
-  if (name_.compare(0, kSimulated.size(), kSimulated) == 0) {
-    if (Result failure = Start(name_.substr(kSimulated.size()))) return failure;
-  } else if (const PortCheck check = CheckPort(name_); check.state != PortState::kFree) {
-    return PortFailure(name_, check);
-  }
+Result Port::OpenPath() {
   if (device_.Open(path_.c_str())) return {};
   return DeviceFailed("The port " + Printable(name_) +
                       " could not be opened; the log /tmp/zrklog.txt has the reason.");
+}
+
+Result Port::Open(kxsim::Profile profile) {
+  simulated_ = std::make_unique<kxsim::SimulatedDevice>(std::move(profile));
+  path_ = simulated_->Path();
+  if (path_.empty()) return DeviceFailed("The system gave no pseudo-terminal for " + name_ + ".");
+  return OpenPath();
+}
+
+Result Port::Open() {
+  if (name_.compare(0, kSimulated.size(), kSimulated) == 0) {
+    kxsim::Profile profile;
+    if (Result failure = Load(name_.substr(kSimulated.size()), profile)) return failure;
+    return Open(std::move(profile));
+  }
+  const PortCheck check = CheckPort(name_);
+  if (check.state != PortState::kFree) return PortFailure(name_, check);
+  path_ = name_;
+  return OpenPath();
 }
 
 }  // namespace kxtool

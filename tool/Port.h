@@ -23,6 +23,8 @@ class Port {
 
   // Starts the simulated device where it is one and opens the port at 19200 bit/s.
   Result Open();
+  // The same with a simulated device that has no file.
+  Result Open(kxsim::Profile profile);
   void Close() { device_.Close(); }
 
   const std::string& Name() const { return name_; }
@@ -31,7 +33,8 @@ class Port {
   CSModem* Modem() { return device_.m_pModem; }
 
  private:
-  Result Start(const std::string& profileName);
+  Result Load(const std::string& profileName, kxsim::Profile& profile) const;
+  Result OpenPath();
 
   std::string name_;
   std::string path_;
