@@ -39,12 +39,10 @@ int32_t ReportedLevel(std::string_view numbers) {
   }
   int32_t status = ToInt(numbers.substr(0, comma));
   int32_t level = ToInt(numbers.substr(comma + 1));
-  if (status > kHighestStatus && level > kHighestStatus) {
-    return 0;
-  }
   if (status > kHighestStatus) {
     // Deliberate: some devices report the level first. Only numbers that cannot be a status show
-    // it, so such a device with a nearly empty battery is read the usual way round.
+    // it, so such a device with a nearly empty battery is read the usual way round. Where neither
+    // number can be one, the level is 0.
     std::swap(status, level);
   }
   return LevelUnderStatus(status, level);

@@ -82,7 +82,7 @@ TEST(Signal, ScalesTheReportedStrength) {
   const Case kCases[] = {{{{"AT+CSQ?", "+CSQ: 31,99"}}, "99"},
                          {{{"AT+CSQ?", "15"}}, "48", PLATFORM_TDMA},
                          {{{"AT+CSQ", "+CSQ: 99,99"}}, "0", PLATFORM_EDGE, 77},
-                         {{{"AT+CSQ", "+CSQ: 10\n+CREG: 1"}}, "32", PLATFORM_UMTS},
+                         {{{"AT+CSQ", "+CSQ:\n10"}}, "0", PLATFORM_UMTS},
                          {{{"AT+CSQ", "+CSQ: ,15"}}, "0", PLATFORM_GSM},
                          {{{"AT+CSQ?", "+CSQ: 2147483647,99"}}, "2147483647"},
                          {{{"AT+CSQ?", "+CSQ: -99999999999,99"}}, "-2147483648"},
