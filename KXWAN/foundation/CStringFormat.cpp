@@ -22,59 +22,59 @@ bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 class FormatEstimate {
  public:
   FormatEstimate(const char* format, va_list arguments)
-      : m_at(format), m_end(format + std::strlen(format)) {
-    va_copy(m_arguments, arguments);
+      : at_(format), end_(format + std::strlen(format)) {
+    va_copy(arguments_, arguments);
     // Room for the format itself and its NUL on top.
-    m_total = m_end - m_at + 1;
-    while (m_at < m_end) Step();
+    total_ = end_ - at_ + 1;
+    while (at_ < end_) Step();
   }
-  ~FormatEstimate() { va_end(m_arguments); }
+  ~FormatEstimate() { va_end(arguments_); }
   FormatEstimate(const FormatEstimate&) = delete;
   FormatEstimate& operator=(const FormatEstimate&) = delete;
 
   // What to reserve for a result of this length.
   int Room(int needed) const {
-    const int64_t room = m_inStep ? std::max<int64_t>(m_total, needed) : m_total + needed;
+    const int64_t room = inStep_ ? std::max<int64_t>(total_, needed) : total_ + needed;
     return static_cast<int>(std::min<int64_t>(room, kxwan::kMaxTextLength));
   }
 
  private:
   void Step() {
-    const bool literal = *m_at != '%' || *++m_at == '%';
-    if (literal) m_total += m_end - m_at;
+    const bool literal = *at_ != '%' || *++at_ == '%';
+    if (literal) total_ += end_ - at_;
     if (!literal) Conversion();
-    if (m_at < m_end) ++m_at;
+    if (at_ < end_) ++at_;
   }
 
   void Conversion() {
-    m_width = 0;
-    m_precision = kAbsent;
-    for (; m_at < m_end && std::strchr("#*-+0 ", *m_at) != nullptr; ++m_at) {
-      if (*m_at == '#') m_total += 2;
-      if (*m_at == '*') m_width = Argument<int>();
+    width_ = 0;
+    precision_ = kAbsent;
+    for (; at_ < end_ && std::strchr("#*-+0 ", *at_) != nullptr; ++at_) {
+      if (*at_ == '#') total_ += 2;
+      if (*at_ == '*') width_ = Argument<int>();
     }
-    if (IsDigit(*m_at)) m_width = Number();
-    if (*m_at == '.') Precision();
+    if (IsDigit(*at_)) width_ = Number();
+    if (*at_ == '.') Precision();
     const char size = SizePrefix();
-    m_total += Item(size, *m_at);
+    total_ += Item(size, *at_);
   }
 
   void Precision() {
-    if (*++m_at == '*') {
-      ++m_at;
-      m_precision = Argument<int>();
+    if (*++at_ == '*') {
+      ++at_;
+      precision_ = Argument<int>();
     } else {
-      m_precision = Number();
+      precision_ = Number();
     }
   }
 
   char SizePrefix() {
-    if (std::strncmp(m_at, "I64", 3) == 0) {
-      m_at += 3;
+    if (std::strncmp(at_, "I64", 3) == 0) {
+      at_ += 3;
       return 'I';
     }
-    if (*m_at == '\0' || std::strchr("hlFLN", *m_at) == nullptr) return '\0';
-    return *m_at++;
+    if (*at_ == '\0' || std::strchr("hlFLN", *at_) == nullptr) return '\0';
+    return *at_++;
   }
 
   int64_t Item(char size, char conversion) {
@@ -89,7 +89,7 @@ class FormatEstimate {
     if (conversion == 'n') return Nothing();
     // Deliberate: any other conversion counts nothing and its argument stays where it is. What
     // follows would be read from the wrong place, so no argument is looked at from here on.
-    m_inStep = false;
+    inStep_ = false;
     return 0;
   }
 
@@ -98,17 +98,16 @@ class FormatEstimate {
     size_t length = kNullTextRoom;
     // A precision may stand for a missing NUL.
     if (text != nullptr) {
-      length =
-          m_precision > 0 ? strnlen(text, static_cast<size_t>(m_precision)) : std::strlen(text);
+      length = precision_ > 0 ? strnlen(text, static_cast<size_t>(precision_)) : std::strlen(text);
     }
     int64_t room = std::max<int64_t>(static_cast<int64_t>(length), 1);
-    if (m_precision >= 0) room = std::min<int64_t>(room, m_precision);
-    return std::max<int64_t>(room, m_width);
+    if (precision_ >= 0) room = std::min<int64_t>(room, precision_);
+    return std::max<int64_t>(room, width_);
   }
 
   int64_t Character() {
     Argument<int>();
-    return std::max(2, m_width);
+    return std::max(2, width_);
   }
 
   int64_t Integer(char size) {
@@ -142,30 +141,30 @@ class FormatEstimate {
   }
 
   int64_t AtLeast(int64_t room) const {
-    const int64_t field = static_cast<int64_t>(m_width) + std::max(m_precision, 0);
+    const int64_t field = static_cast<int64_t>(width_) + std::max(precision_, 0);
     return std::max(room, field);
   }
 
   int Number() {
     int64_t number = 0;
-    for (; IsDigit(*m_at); ++m_at) {
-      number = std::min<int64_t>(number * 10 + (*m_at - '0'), kxwan::kMaxTextLength);
+    for (; IsDigit(*at_); ++at_) {
+      number = std::min<int64_t>(number * 10 + (*at_ - '0'), kxwan::kMaxTextLength);
     }
     return static_cast<int>(number);
   }
 
   template <typename T>
   T Argument() {
-    return m_inStep ? va_arg(m_arguments, T) : T();
+    return inStep_ ? va_arg(arguments_, T) : T();
   }
 
-  const char* m_at;
-  const char* m_end;
-  va_list m_arguments;
-  int64_t m_total;
-  int m_width = 0;
-  int m_precision = kAbsent;
-  bool m_inStep = true;
+  const char* at_;
+  const char* end_;
+  va_list arguments_;
+  int64_t total_;
+  int width_ = 0;
+  int precision_ = kAbsent;
+  bool inStep_ = true;
 };
 
 int Print(char* buffer, size_t size, const char* format, va_list arguments) {
