@@ -1,4 +1,7 @@
+// The system's own header and <termios.h> exclude each other.
+#include <asm/termbits.h>
 #include <simulator/LineSpeed.h>
+#include <sys/ioctl.h>
 
 #include <algorithm>
 #include <iterator>
@@ -6,28 +9,22 @@
 namespace kxsim {
 namespace {
 
-struct Row {
-  speed_t constant;
-  int bitsPerSecond;
-};
-
-constexpr Row kSpeeds[] = {
-    {B300, 300},       {B600, 600},       {B1200, 1200},     {B2400, 2400},   {B4800, 4800},
-    {B9600, 9600},     {B19200, 19200},   {B38400, 38400},   {B57600, 57600}, {B115200, 115200},
-    {B230400, 230400}, {B460800, 460800}, {B921600, 921600},
-};
+constexpr int kSpeeds[] = {300,   600,   1200,   2400,   4800,   9600,  19200,
+                           38400, 57600, 115200, 230400, 460800, 921600};
+constexpr int kSpeedOfHangUp = 9600;
 
 }  // namespace
 
-int BitsPerSecond(speed_t constant) {
-  const Row* found = std::find_if(std::begin(kSpeeds), std::end(kSpeeds),
-                                  [=](const Row& row) { return row.constant == constant; });
-  return found == std::end(kSpeeds) ? 0 : found->bitsPerSecond;
+int LineSpeedOf(int terminal) {
+  // The plain record holds a constant for the usual speeds only; this one holds the number.
+  termios2 settings;
+  if (ioctl(terminal, TCGETS2, &settings) != 0) return 0;
+  // A UART of this system drops DTR at speed 0 and goes on at 9600; some programs use it like that.
+  return settings.c_ospeed == 0 ? kSpeedOfHangUp : static_cast<int>(settings.c_ospeed);
 }
 
 bool IsLineSpeed(int bitsPerSecond) {
-  return std::any_of(std::begin(kSpeeds), std::end(kSpeeds),
-                     [=](const Row& row) { return row.bitsPerSecond == bitsPerSecond; });
+  return std::find(std::begin(kSpeeds), std::end(kSpeeds), bitsPerSecond) != std::end(kSpeeds);
 }
 
 }  // namespace kxsim

@@ -1,13 +1,11 @@
 #pragma once
 
-#include <termios.h>
-
 namespace kxsim {
 
-// Bits per second behind a constant of the terminal interface; 0 for a hang-up or an unknown one.
-int BitsPerSecond(speed_t constant);
+// The speed that is set on a terminal, in bits per second; 0 when it cannot be read.
+int LineSpeedOf(int terminal);
 
-// Whether this is a speed that a serial line can have.
+// Whether this is a speed that a serial line usually has.
 bool IsLineSpeed(int bitsPerSecond);
 
 }  // namespace kxsim

@@ -138,4 +138,7 @@ bool ParseProfile(std::string_view toml, const std::string& fileName, Profile& p
                   std::string& error);
 bool LoadProfile(const std::string& nameOrPath, Profile& profile, std::string& error);
 
+// The text of a profile that ParseProfile reads back as the same device.
+std::string FormatProfile(const Profile& profile);
+
 }  // namespace kxsim

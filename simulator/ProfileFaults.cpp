@@ -1,5 +1,6 @@
 #include <simulator/FaultSet.h>
 #include <simulator/ProfileKeysPrivate.h>
+#include <simulator/ProfileValuesPrivate.h>
 
 #include <algorithm>
 
@@ -8,28 +9,18 @@ namespace {
 
 template <int Fault::*field>
 bool Number(const toml::node& node, Fault& fault) {
-  const std::optional<int64_t> value = node.value_exact<int64_t>();
-  if (!value || *value < 0 || *value > 1'000'000) return false;
-  fault.*field = static_cast<int>(*value);
-  return true;
+  return ReadNumberIn(node, 0, 1'000'000, fault.*field);
 }
 
-template <std::string Fault::*field>
-bool Text(const toml::node& node, Fault& fault) {
-  const std::optional<std::string> value = node.value_exact<std::string>();
-  if (value) fault.*field = *value;
-  return value.has_value();
-}
+bool Text(const toml::node& node, Fault& fault) { return ReadText(node, fault.text); }
 
 bool Kind(const toml::node& node, Fault& fault) {
-  return Text<&Fault::kind>(node, fault) && IsFaultKind(fault.kind);
+  return ReadText(node, fault.kind) && IsFaultKind(fault.kind);
 }
 
 bool Rate(const toml::node& node, Fault& fault) {
-  const std::optional<double> value = node.value<double>();
-  if (!value || *value < 0 || *value > 1) return false;
-  fault.rate = *value;
-  return true;
+  fault.rate = node.value<double>().value_or(-1);
+  return fault.rate >= 0 && fault.rate <= 1;
 }
 
 struct FaultKey {
@@ -43,7 +34,7 @@ constexpr std::string_view kCount = "a whole number from 0 to 1000000";
 constexpr FaultKey kFaultKeys[] = {
     {"kind", "the name of a fault", Kind},  {"at", kCount, Number<&Fault::at>},
     {"rate", "a number from 0 to 1", Rate}, {"bytes", kCount, Number<&Fault::bytes>},
-    {"ms", kCount, Number<&Fault::ms>},     {"text", "a text", Text<&Fault::text>},
+    {"ms", kCount, Number<&Fault::ms>},     {"text", "a text", Text},
 };
 
 bool ReadFaultKey(std::string_view name, const toml::node& node, Fault& fault,

@@ -15,6 +15,7 @@ struct ProfileKey {
   std::string_view name;
   std::string_view expected;
   bool (*read)(const toml::node& node, Profile& profile);
+  std::string (*write)(const Profile& profile);
 };
 
 std::span<const ProfileKey> ProfileKeys();

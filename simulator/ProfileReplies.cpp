@@ -1,4 +1,5 @@
 #include <simulator/ProfileKeysPrivate.h>
+#include <simulator/ProfileValuesPrivate.h>
 
 #include <algorithm>
 
@@ -10,24 +11,22 @@ constexpr std::string_view kAnswerExpected =
 constexpr int kLongestWaitMs = 600'000;
 
 bool ReadMilliseconds(const toml::node& node, int& milliseconds) {
-  const std::optional<int64_t> value = node.value_exact<int64_t>();
-  if (!value || *value < 0 || *value > kLongestWaitMs) return false;
-  milliseconds = static_cast<int>(*value);
-  return true;
+  return ReadNumberIn(node, 0, kLongestWaitMs, milliseconds);
 }
 
-bool ReadText(const toml::node& node, std::string& text) {
-  const std::optional<std::string> value = node.value_exact<std::string>();
-  if (value) text = *value;
-  return value.has_value();
+bool ReadBytes(const toml::node& node, std::string& bytes) {
+  std::string text;
+  if (!ReadText(node, text)) return false;
+  bytes = BytesOf(text);
+  return true;
 }
 
 bool ReadRaw(const toml::node& node, Answer& answer) {
   answer.result.clear();
   const toml::array* pieces = node.as_array();
-  if (pieces == nullptr) return ReadText(node, answer.raw.emplace_back());
+  if (pieces == nullptr) return ReadBytes(node, answer.raw.emplace_back());
   return std::all_of(pieces->begin(), pieces->end(), [&](const toml::node& piece) {
-    return ReadText(piece, answer.raw.emplace_back());
+    return ReadBytes(piece, answer.raw.emplace_back());
   });
 }
 
@@ -41,12 +40,12 @@ constexpr AnswerKey kAnswerKeys[] = {
     {"text",
      [](const toml::node& node, Answer& answer) {
        std::string text;
-       const bool read = ReadText(node, text);
+       const bool read = ReadBytes(node, text);
        answer = ParseAnswer(text);
        return read;
      }},
     {"result",
-     [](const toml::node& node, Answer& answer) { return ReadText(node, answer.result); }},
+     [](const toml::node& node, Answer& answer) { return ReadBytes(node, answer.result); }},
     {"raw", ReadRaw},
     {"latency", [](const toml::node& node,
                    Answer& answer) { return ReadMilliseconds(node, answer.latencyMs); }},
@@ -68,7 +67,7 @@ bool ReadAnswerTable(const toml::table& table, Answer& answer) {
 bool ReadAnswer(const toml::node& node, Answer& answer) {
   if (const toml::table* table = node.as_table()) return ReadAnswerTable(*table, answer);
   std::string text;
-  if (!ReadText(node, text)) return false;
+  if (!ReadBytes(node, text)) return false;
   answer = ParseAnswer(text);
   return true;
 }

@@ -36,11 +36,7 @@ void PseudoTerminal::Close() {
   master_ = slave_ = -1;
 }
 
-int PseudoTerminal::HostSpeed() const {
-  termios settings;
-  if (tcgetattr(master_, &settings) != 0) return 0;
-  return BitsPerSecond(cfgetospeed(&settings));
-}
+int PseudoTerminal::HostSpeed() const { return LineSpeedOf(master_); }
 
 bool PseudoTerminal::HostEchoes() const {
   termios settings;

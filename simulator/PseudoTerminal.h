@@ -21,7 +21,7 @@ class PseudoTerminal {
   int Master() const { return master_; }
   const std::string& Path() const { return path_; }
 
-  // The speed that the host has set, in bits per second; 0 for a hang-up.
+  // The speed that the host has set, in bits per second.
   int HostSpeed() const;
   // Whether the terminal itself sends back what the device sends, as a fresh one does.
   bool HostEchoes() const;

@@ -1,6 +1,7 @@
 #include <simulator/Trace.h>
 
 #include <chrono>
+#include <utility>
 
 namespace kxsim {
 namespace {
@@ -12,6 +13,7 @@ struct Look {
 };
 
 constexpr Look kLooks[] = {{">>", "\033[36m"}, {"<<", "\033[32m"}, {"--", "\033[33m"}};
+constexpr std::chrono::seconds kLongestWait{1};
 constexpr const char* kPlain = "\033[0m";
 
 std::string ReadableByte(char byte) {
@@ -33,27 +35,35 @@ std::string Readable(std::string_view bytes) {
 }
 
 void Trace::Note(Traffic kind, std::string_view bytes) {
-  if (kind != kind_) Flush();
-  kind_ = kind;
+  const Loop::Clock::time_point now = Loop::Clock::now();
+  Line& line = lines_[static_cast<size_t>(kind)];
+  // What is typed by hand, or is no line at all, shall not wait for its end for ever.
+  if (now - line.begun > kLongestWait) Print(kind, line);
+  // A command ends with "\r", a reply's line with "\n".
+  const char end = kind == Traffic::kFromHost ? '\r' : '\n';
   for (const char byte : bytes) {
-    line_ += byte;
-    // A command ends with "\r", a reply's line with "\n".
-    const char end = kind == Traffic::kFromHost ? '\r' : '\n';
-    if (byte == end || line_.size() >= kLongestLine) Flush();
+    if (line.bytes.empty()) line.begun = now;
+    line.bytes += byte;
+    if (byte == end || line.bytes.size() >= kLongestLine) Print(kind, line);
   }
-  if (kind == Traffic::kNote) Flush();
+  if (kind == Traffic::kNote) Print(kind, line);
 }
 
 void Trace::Flush() {
-  // The blank line in front of a reply says nothing.
-  if (!line_.empty() && line_ != "\r\n" && line_ != "\n") {
-    const std::chrono::duration<double> time = Loop::Clock::now() - start_;
-    const Look& look = kLooks[static_cast<size_t>(kind_)];
-    fprintf(output_, "%9.3f %s%s%s%s %s%s\n", time.count(), name_.c_str(), name_.empty() ? "" : " ",
-            colour_ ? look.colour : "", look.mark, Readable(line_).c_str(), colour_ ? kPlain : "");
-    fflush(output_);
+  for (size_t kind = 0; kind < lines_.size(); ++kind) {
+    Print(static_cast<Traffic>(kind), lines_[kind]);
   }
-  line_.clear();
+}
+
+void Trace::Print(Traffic kind, Line& line) {
+  const std::string bytes = std::exchange(line.bytes, "");
+  // The blank line in front of a reply says nothing.
+  if (bytes.empty() || bytes == "\r\n" || bytes == "\n") return;
+  const std::chrono::duration<double> time = line.begun - start_;
+  const Look& look = kLooks[static_cast<size_t>(kind)];
+  fprintf(output_, "%9.3f %s%s%s%s %s%s\n", time.count(), name_.c_str(), name_.empty() ? "" : " ",
+          colour_ ? look.colour : "", look.mark, Readable(bytes).c_str(), colour_ ? kPlain : "");
+  fflush(output_);
 }
 
 }  // namespace kxsim

@@ -3,6 +3,7 @@
 #include <simulator/Device.h>
 #include <simulator/Loop.h>
 
+#include <array>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -23,18 +24,25 @@ class Trace {
   Trace& operator=(const Trace&) = delete;
 
   void Note(Traffic kind, std::string_view bytes);
-  // Prints what has been gathered of a line.
+  // Prints what has been gathered of lines that are not complete.
   void Flush();
 
  private:
   static constexpr size_t kLongestLine = 256;
 
+  // A line that is being said, one for each kind of traffic.
+  struct Line {
+    std::string bytes;
+    Loop::Clock::time_point begun;
+  };
+
+  void Print(Traffic kind, Line& line);
+
   FILE* const output_;
   const bool colour_;
   const std::string name_;
   const Loop::Clock::time_point start_ = Loop::Clock::now();
-  Traffic kind_ = Traffic::kNote;
-  std::string line_;
+  std::array<Line, 3> lines_;
 };
 
 }  // namespace kxsim
