@@ -103,7 +103,9 @@ struct Expectation {
   std::optional<std::string> platform, manufacturer, model, capabilities, coverage, version, dial,
       propertiesType;
   std::optional<int> baud, fastBaud, signal, battery, lastError, sim, pinLength;
-  std::optional<std::vector<std::string>> prepare;
+  std::optional<int> openBaud;                            // the speed that it is opened for
+  std::optional<std::vector<std::string>> open, prepare;  // the commands sent
+  std::optional<bool> opens;
 };
 
 // All there is to know about one device.
