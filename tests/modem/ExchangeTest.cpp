@@ -163,33 +163,33 @@ struct DialogueCase {
 const DialogueCase kDialogues[] = {
     {"a late answer is not the next command's",
      1,
-     {{"AT1", Late("one", 250), 50, kResultTimeout, ""},
-      {"AT2", Late("two", 0), 1000, kResultOk, "two"},
-      {"AT3", Late("three", 0), 1000, kResultOk, "three"}}},
+     {{"AT1", Late("one", 400), 50, kResultTimeout, ""},
+      {"AT2", Late("two", 0), 3000, kResultOk, "two"},
+      {"AT3", Late("three", 0), 3000, kResultOk, "three"}}},
     {"late errors are told apart too",
      1,
-     {{"AT1", Late("+CME ERROR: 10", 250), 50, kResultTimeout, ""},
-      {"AT2", Late("ERROR", 0), 1000, kResultError, ""},
-      {"AT3", Late("+CMS ERROR: 3", 0), 1000, kResultEquipmentError, "3"}}},
+     {{"AT1", Late("+CME ERROR: 10", 400), 50, kResultTimeout, ""},
+      {"AT2", Late("ERROR", 0), 3000, kResultError, ""},
+      {"AT3", Late("+CMS ERROR: 3", 0), 3000, kResultEquipmentError, "3"}}},
     {"two late answers",
      1,
-     {{"AT1", Late("one", 350), 50, kResultTimeout, ""},
+     {{"AT1", Late("one", 700), 50, kResultTimeout, ""},
       {"AT2", Late("two", 0), 50, kResultTimeout, ""},
-      {"AT3", Late("three", 0), 1000, kResultOk, "three"}}},
+      {"AT3", Late("three", 0), 3000, kResultOk, "three"}}},
     {"a lost answer costs one time-out and then nothing",
      1,
      {{"AT1", kxsim::ParseAnswer("(silence)"), 50, kResultTimeout, ""},
-      {"AT2", Late("two", 0), 200, kResultOk, "two"},
-      {"AT3", Late("three", 0), 1000, kResultOk, "three"}}},
+      {"AT2", Late("two", 0), 500, kResultOk, "two"},
+      {"AT3", Late("three", 0), 3000, kResultOk, "three"}}},
     {"a retry takes the first answer and leaves the rest owed",
      3,
-     {{"AT1", Late("one", 250), 150, kResultOk, "one"},
-      {"AT2", Late("two", 0), 1000, kResultOk, "two"},
-      {"AT3", Late("three", 0), 1000, kResultOk, "three"}}},
+     {{"AT1", Late("one", 400), 150, kResultOk, "one"},
+      {"AT2", Late("two", 0), 3000, kResultOk, "two"},
+      {"AT3", Late("three", 0), 3000, kResultOk, "three"}}},
     {"a partial reply stays after a time-out",
      1,
-     {{"AT1", Raw({"\r\nhalf"}), 50, kResultTimeout, "\r\nhalf"},
-      {"AT2", Late("two", 0), 200, kResultOk, "two"}}},
+     {{"AT1", Raw({"\r\nhalf"}), 300, kResultTimeout, "\r\nhalf"},
+      {"AT2", Late("two", 0), 500, kResultOk, "two"}}},
 };
 
 TEST(Exchange, NeverTakesAnAnswerForAnotherCommands) {
@@ -218,14 +218,14 @@ TEST(Exchange, NeverTakesAnAnswerForAnotherCommands) {
 
 TEST(Exchange, WaitsOnForACommandThatTimedOut) {
   kxsim::Profile profile = kxsim::ScriptedProfile({{"AT2", "two"}});
-  kxsim::AddReply(profile, "AT1", Late("one", 100));
+  kxsim::AddReply(profile, "AT1", Late("one", 400));
   ScriptedDevice device(profile);
   int result = -1;
   CString response;
   EXPECT_FALSE(kxwan::SendOnce(device.Modem(), "AT1\r", 50, result, response));
-  EXPECT_TRUE(device.Modem()->GetResponse(result, response, 500));
+  EXPECT_TRUE(device.Modem()->GetResponse(result, response, 3000));
   EXPECT_STREQ(response.String(), "one");
-  EXPECT_TRUE(kxwan::SendOnce(device.Modem(), "AT2\r", 500, result, response));
+  EXPECT_TRUE(kxwan::SendOnce(device.Modem(), "AT2\r", 3000, result, response));
   EXPECT_STREQ(response.String(), "two");
 }
 
