@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
+#include <utility>
 
 namespace kxsim {
 namespace {
@@ -75,6 +76,17 @@ class Splitter {
     return command.name.size() > 1 && (rest_.empty() || rest_.front() == ';');
   }
 
+  // "S3=13" or "S3?", with the next command right behind it.
+  void TakeRegister(Invocation& command) {
+    command.name += std::exchange(command.parameters, "");
+    if (TakeMark('?')) {
+      command.form = Form::kRead;
+    } else if (TakeMark('=')) {
+      command.form = Form::kSet;
+      command.parameters = Take(IsDigit);
+    }
+  }
+
   bool Basic(Invocation& command) {
     if (TakeMark('&')) command.name = "&";
     if (rest_.empty() || !IsLetter(rest_.front())) return false;
@@ -86,11 +98,7 @@ class Splitter {
       return true;
     }
     command.parameters = Take(IsDigit);
-    if (command.name == "S") {
-      command.name += command.parameters;
-      command.parameters.clear();
-      TakeForm(command);
-    }
+    if (command.name == "S") TakeRegister(command);
     return true;
   }
 

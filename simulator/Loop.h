@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <functional>
@@ -56,7 +57,7 @@ class Loop {
   std::map<TimerKey, Callback> timers_;
   std::mutex mutex_;
   std::vector<Callback> posted_;
-  volatile bool stop_ = false;
+  std::atomic<bool> stop_ = false;
 };
 
 }  // namespace kxsim

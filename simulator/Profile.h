@@ -10,11 +10,11 @@ namespace kxsim {
 
 // What the device sends for one command. Nothing at all when text, result and raw are empty.
 struct Answer {
-  std::string text;              // information text, its lines parted by "\n"
-  std::string result = "OK";     // the final result
-  std::vector<std::string> raw;  // pieces sent byte for byte in place of text and result
-  int latencyMs = 0;             // before the first byte
-  int gapMs = 0;                 // between the pieces of raw
+  std::string text = {};              // information text, its lines parted by "\n"
+  std::string result = "OK";          // the final result
+  std::vector<std::string> raw = {};  // pieces sent byte for byte in place of text and result
+  int latencyMs = 0;                  // before the first byte
+  int gapMs = 0;                      // between the pieces of raw
 };
 
 // A command line and its answers: given one after the other, the last one for ever after.

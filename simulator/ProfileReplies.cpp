@@ -35,15 +35,8 @@ struct AnswerKey {
   bool (*read)(const toml::node& node, Answer& answer);
 };
 
-// In this order: the short form in "text" gives the result that "result" may put right.
 constexpr AnswerKey kAnswerKeys[] = {
-    {"text",
-     [](const toml::node& node, Answer& answer) {
-       std::string text;
-       const bool read = ReadBytes(node, text);
-       answer = ParseAnswer(text);
-       return read;
-     }},
+    {"text", [](const toml::node& node, Answer& answer) { return ReadBytes(node, answer.text); }},
     {"result",
      [](const toml::node& node, Answer& answer) { return ReadBytes(node, answer.result); }},
     {"raw", ReadRaw},
@@ -60,6 +53,13 @@ bool ReadAnswerTable(const toml::table& table, Answer& answer) {
     if (node == nullptr) continue;
     if (!key.read(*node, answer)) return false;
     ++known;
+  }
+  // A text without a result is the short form of both.
+  if (table.contains("text") && !table.contains("result")) {
+    const Answer brief = ParseAnswer(answer.text);
+    answer.text = brief.text;
+    answer.result = brief.result;
+    answer.raw = brief.raw;
   }
   return known == table.size();
 }
