@@ -83,7 +83,9 @@ void Flood(const Spoiling& it) {
   it.delivery.floodText = UnsolicitedLine(it.fault);
 }
 
+// In place of the reply: whether a host still gets a reply in front of a hang-up is left to chance.
 void HangUp(const Spoiling& it) {
+  it.delivery.pieces.clear();
   it.delivery.hangUp = true;
   it.delivery.backAfterMs = it.fault.ms;
 }
