@@ -3,13 +3,14 @@
 #include <optional>
 
 #include <tool/PortCheck.h>
+#include <tool/Text.h>
 
 namespace kxtool {
 namespace {
 
 // What is wrong with a value; nothing when it is as expected or nothing is.
 std::string Differs(const std::optional<std::string>& expected, const std::string& got) {
-  return !expected || *expected == got ? "" : " expected " + *expected + ", got " + got;
+  return !expected || *expected == got ? "" : "expected " + *expected + ", got " + got;
 }
 
 std::string Differs(const std::optional<int>& expected, long got) {
@@ -37,8 +38,10 @@ StepOutcome IdentifyIt(Demonstration& demonstration) {
   ReadNames(demonstration.port, identity);
   const std::string platform = PlatformNames(identity.platform);
   return {identity.manufacturer + " " + identity.model + " (" + platform + ")",
-          Differs(expect.platform, platform) + Differs(expect.manufacturer, identity.manufacturer) +
-              Differs(expect.model, identity.model)};
+          Joined({Differs(expect.platform, platform),
+                  Differs(expect.manufacturer, identity.manufacturer),
+                  Differs(expect.model, identity.model)},
+                 "; ")};
 }
 
 StepOutcome ReadItsSim(Demonstration& demonstration) {
@@ -77,21 +80,24 @@ StepOutcome Prepare(Demonstration& demonstration) {
 }
 
 StepOutcome ReadInformation(Demonstration& demonstration) {
-  ModemInfo info = {};
+  ModemInfo& info = demonstration.info;
   if (!demonstration.port.Device().GetModemData(&info)) return {"", "the device is silent"};
   const kxsim::Expectation& expect = demonstration.profile.expect;
-  return {std::string(info.szCapabilities) + ", " + info.szCoverage + ", signal " +
-              std::to_string(info.nSignalLevel) + " %, version " + info.szVersion,
-          Differs(expect.capabilities, info.szCapabilities) +
-              Differs(expect.coverage, info.szCoverage) +
-              Differs(expect.signal, info.nSignalLevel) + Differs(expect.version, info.szVersion)};
+  return {
+      std::string(info.szCapabilities) + ", " + info.szCoverage + ", signal " +
+          std::to_string(info.nSignalLevel) + " %, version " + info.szVersion,
+      Joined({Differs(expect.capabilities, info.szCapabilities),
+              Differs(expect.coverage, info.szCoverage), Differs(expect.signal, info.nSignalLevel),
+              Differs(expect.version, info.szVersion)},
+             "; ")};
 }
 
 StepOutcome ReadItsBattery(Demonstration& demonstration) {
-  kxwan::BatteryReading reading = {-1, -1, -1};
-  if (!kxwan::ReadBattery(demonstration.port.Modem(), reading)) return {"", "it tells nothing"};
-  return {std::to_string(reading.percent) + " %",
-          Differs(demonstration.profile.expect.battery, reading.percent)};
+  ModemInfo& info = demonstration.info;
+  if (!demonstration.port.Device().GetBatteryLevelFromDevice(&info))
+    return {"", "it tells nothing"};
+  return {std::to_string(info.dwBatteryLevel) + " %",
+          Differs(demonstration.profile.expect.battery, info.dwBatteryLevel)};
 }
 
 StepOutcome SendCommand(Demonstration& demonstration) {

@@ -14,6 +14,7 @@ struct Demonstration {
   Port port;
   kxsim::Profile profile;  // what it is, and in its expectation what must come of each step
   Identity identity;
+  ModemInfo info = {};
 };
 
 // What a step found, and what is wrong with that; nothing when it is as it should be.

@@ -46,7 +46,7 @@ std::vector<std::string> Lines(std::string_view text) {
 std::string Joined(const std::vector<std::string>& parts, std::string_view separator) {
   std::string joined;
   for (const std::string& part : parts) {
-    if (!joined.empty()) joined += separator;
+    if (!joined.empty() && !part.empty()) joined += separator;
     joined += part;
   }
   return joined;

@@ -13,7 +13,7 @@ std::string Printable(std::string_view text);
 // The lines of a reply, without their ends and without empty ones.
 std::vector<std::string> Lines(std::string_view text);
 
-// The parts between the separators, joined again by "separator": "a, b".
+// The parts that are not empty, with the separator between them: "a, b".
 std::string Joined(const std::vector<std::string>& parts, std::string_view separator);
 
 // The parts of "a, b", without the blanks around them.

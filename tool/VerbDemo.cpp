@@ -19,7 +19,7 @@ std::string StepLine(const Step& step, const StepOutcome& outcome, double millis
   char start[64];
   std::snprintf(start, sizeof start, "  %-16s%9.1f ms  ", step.name, milliseconds);
   std::string line = start + Printable(outcome.found);
-  if (!outcome.fault.empty()) line += " - FAILED: " + Printable(outcome.fault);
+  if (!outcome.fault.empty()) line += ", FAILED: " + Printable(outcome.fault);
   return line;
 }
 
@@ -45,7 +45,7 @@ bool RunStep(const Step& step, Demonstration& demonstration, Report& report) {
 }
 
 Result Demonstrate(const std::string& name, Report& report) {
-  Demonstration demonstration{Port("sim:" + name), {}, {}};
+  Demonstration demonstration{Port("sim:" + name), {}, {}, {}};
   std::string error;
   if (!kxsim::LoadProfile(name, demonstration.profile, error)) return WrongCall(error);
   report.Line(name + ": " + demonstration.profile.description);

@@ -17,8 +17,9 @@ void AddPort(CLI::App& app, Options& options) {
 
 namespace {
 
-constexpr const Verb* kVerbs[] = {&kPortsVerb,   &kDetectVerb, &kAtVerb,    &kInfoVerb,
-                                  &kPrepareVerb, &kSimVerb,    &kSpeedVerb, &kDemoVerb};
+constexpr const Verb* kVerbs[] = {&kPortsVerb, &kDetectVerb,  &kAtVerb,
+                                  &kInfoVerb,  &kPrepareVerb, &kSimVerb,
+                                  &kSpeedVerb, &kRecordVerb,  &kDemoVerb};
 
 void AddVerbs(CLI::App& app, Options& options, bool& json,
               std::map<CLI::App*, const Verb*>& verbs) {

@@ -1,0 +1,109 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <pty.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <termios.h>
+#include <tool/PortCheck.h>
+#include <tool/Redaction.h>
+#include <tool/Text.h>
+#include <unistd.h>
+
+#include <set>
+
+namespace {
+
+using kxtool::CheckPort;
+using kxtool::PortState;
+using testing::HasSubstr;
+
+struct MaskCase {
+  const char* reply;
+  const char* masked;
+};
+
+// Learned beforehand: the serial number 1A2B3C4D and the subscriber number 26201.
+const MaskCase kMaskCases[] = {
+    {"350000000000018", "000000000000000"},
+    {"IMEI 35-000000-000001-8 rev 1.02", "IMEI 00-000000-000000-0 rev 1.02"},
+    {"hw 1A2B3C4D sw 2", "hw 00000000 sw 2"},
+    {"esn: 0x80AB12CD", "esn: 0x00000000"},
+    {"ESN", "ESN"},
+    {"SN: 12", "SN: 12"},
+    {"Built 2005-04-12 12:30:59", "Built 2005-04-12 12:30:59"},
+    {"+CNUM: \"John\",\"+4915\",145", "+CNUM: \"xxxx\",\"+xxxx\",145"},
+    {"+CGDCONT: 1,\"IP\",\"corp.net\",\"\",0\r\n+CGDCONT: 2,\"IP\",\"w\"",
+     "+CGDCONT: 1,\"IP\",\"xxxx.xxx\",\"\",0\r\n+CGDCONT: 2,\"IP\",\"x\""},
+    {"+CGDCONT: 1,\"IP\",\"open", "+CGDCONT: 1,\"IP\",\"xxxx"},
+    {"+IPR: (),(9600,115200)", "+IPR: (),(9600,115200)"},
+    {"", ""},
+};
+
+TEST(Redaction, MasksWhatBelongsToAPerson) {
+  kxtool::Redaction redaction;
+  redaction.Learn("+GSN: 1A2B3C4D, 26201");
+  for (const MaskCase& row : kMaskCases) EXPECT_EQ(redaction.Apply(row.reply), row.masked);
+  EXPECT_THAT(redaction.Replaced(), testing::SizeIs(4));
+}
+
+TEST(Printable, PassesNothingThatMovesATerminal) {
+  EXPECT_EQ(kxtool::Printable(std::string("a\x1b[2J\r\n\t\0\x9b~", 11)),
+            R"(a\x1B[2J\r\n\t\x00\x9B~)");
+}
+
+class Terminal : public testing::Test {
+ protected:
+  Terminal() {
+    char path[64] = "";
+    EXPECT_EQ(openpty(&master_, &slave_, path, nullptr, nullptr), 0);
+    path_ = path;
+  }
+  ~Terminal() override {
+    close(slave_);
+    close(master_);
+  }
+
+  int master_ = -1;
+  int slave_ = -1;
+  std::string path_;
+};
+
+// Another process holds the terminal for itself. Root gets past that, and must be told all the
+// same.
+TEST_F(Terminal, IsBusyWhenAnotherProgramHasIt) {
+  int ready[2];
+  int leave[2];
+  ASSERT_EQ(pipe(ready), 0);
+  ASSERT_EQ(pipe(leave), 0);
+  ioctl(slave_, TIOCEXCL);
+  const pid_t child = fork();
+  char byte = 0;
+  if (child == 0) {
+    close(leave[1]);
+    if (write(ready[1], &byte, 1) == 1 && read(leave[0], &byte, 1) >= 0) _exit(0);
+    _exit(1);
+  }
+  ASSERT_EQ(read(ready[0], &byte, 1), 1);
+  const kxtool::PortCheck check = CheckPort(path_);
+  EXPECT_EQ(check.state, PortState::kBusy);
+  EXPECT_THAT(kxtool::PortFailure(path_, check).sentence,
+              HasSubstr("tool_tests (process " + std::to_string(child) + ")"));
+  for (const int end : {ready[0], ready[1], leave[0], leave[1]}) close(end);
+  waitpid(child, nullptr, 0);
+  ioctl(slave_, TIOCNXCL);
+  EXPECT_EQ(CheckPort(path_).state, PortState::kFree);
+}
+
+TEST_F(Terminal, NamesTheGroupThatMayOpenIt) {
+  constexpr uid_t kNobody = 65534;
+  const uid_t user = geteuid();
+  ASSERT_EQ(chmod(path_.c_str(), 0), 0);
+  ASSERT_EQ(user == 0 ? seteuid(kNobody) : 0, 0);
+  const kxtool::PortCheck check = CheckPort(path_);
+  ASSERT_EQ(user == 0 ? seteuid(0) : 0, 0);
+  EXPECT_EQ(check.state, PortState::kNoPermission);
+  EXPECT_THAT(kxtool::PortFailure(path_, check).sentence, HasSubstr("usermod -aG " + check.detail));
+}
+
+}  // namespace
