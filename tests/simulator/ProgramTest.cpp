@@ -1,0 +1,150 @@
+#ifdef KXWAN_SIM_PROGRAM
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <tests/simulator/Host.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::MatchesRegex;
+using ::testing::StartsWith;
+
+std::string TempPath(const std::string& name) {
+  return testing::TempDir() + "kxsim-" + std::to_string(getpid()) + "-" + name;
+}
+
+// The program, running; it is told to stop at the end.
+class Program {
+ public:
+  explicit Program(std::vector<std::string> arguments) : complaints_(TempPath("stderr")) {
+    int ends[2];
+    if (pipe(ends) != 0) return;
+    process_ = fork();
+    if (process_ == 0) {
+      dup2(ends[1], STDOUT_FILENO);
+      close(ends[0]);
+      close(ends[1]);
+      if (freopen(complaints_.c_str(), "w", stderr) == nullptr) _exit(126);
+      std::vector<char*> words = {const_cast<char*>(KXWAN_SIM_PROGRAM)};
+      for (std::string& argument : arguments) words.push_back(argument.data());
+      words.push_back(nullptr);
+      execv(KXWAN_SIM_PROGRAM, words.data());
+      _exit(127);
+    }
+    close(ends[1]);
+    output_ = fdopen(ends[0], "r");
+  }
+  ~Program() {
+    if (process_ > 0) Stop();
+    fclose(output_);
+    std::filesystem::remove(complaints_);
+  }
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  std::string Line() {
+    char line[512] = "";
+    if (fgets(line, sizeof line, output_) == nullptr) return "";
+    return std::string(line).substr(0, std::string(line).find('\n'));
+  }
+  // The status with which it ends by itself.
+  int Wait() {
+    int status = 0;
+    waitpid(process_, &status, 0);
+    process_ = -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+  }
+  int Stop() {
+    kill(process_, SIGTERM);
+    return Wait();
+  }
+  std::string Complaints() const {
+    std::ifstream file(complaints_);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  }
+
+ private:
+  const std::string complaints_;
+  pid_t process_ = -1;
+  FILE* output_ = nullptr;
+};
+
+struct WrongCall {
+  std::vector<std::string> arguments;
+  const char* complaint;
+};
+
+TEST(Program, SaysWhatIsWrongWithACall) {
+  const std::string file = TempPath("file.toml");
+  std::ofstream(file) << "[line]\nbaud = 1\n";
+  const WrongCall kWrongCalls[] = {
+      {{}, "kxwan-sim: name a profile; --list shows those that are built in\n"},
+      {{"no-such"}, "kxwan-sim: there is no profile \"no-such\"; there are: "},
+      {{"/nowhere/none.toml"}, "/nowhere/none.toml: No such file or directory\n"},
+      {{file}, ":2: \"baud\": expected a line speed"},
+      {{"gprs-phone", "--link", file}, "exists and is no link\n"},
+      {{"gprs-phone", "--link", "/nowhere/at/all"}, "/nowhere/at/all: No such file"},
+      {{"gprs-phone", "--link", "a", "--link", "b"}, "there are more links than profiles\n"},
+      {{"gprs-phone", "--fault", "fire"}, "kxwan-sim: unknown fault \"fire\""},
+      {{"gprs-phone", "--for", "-1"}, "--for"},
+      {{"gprs-phone", "--seed", "x"}, "--seed"},
+      {{"--describe", "no-such"}, "there is no profile \"no-such\""},
+      {{"--bogus"}, "--bogus"},
+  };
+  for (const WrongCall& row : kWrongCalls) {
+    SCOPED_TRACE(row.complaint);
+    Program program(row.arguments);
+    EXPECT_EQ(program.Line(), "");
+    EXPECT_EQ(program.Wait(), 2);
+    EXPECT_THAT(program.Complaints(), HasSubstr(row.complaint));
+  }
+  std::filesystem::remove(file);
+}
+
+TEST(Program, ListsAndDescribes) {
+  Program list({"--list"});
+  EXPECT_THAT(list.Line(), MatchesRegex("[a-z0-9-]+ +.+"));
+  Program description({"--describe", "tdma-phone"});
+  EXPECT_EQ(description.Line(), "tdma-phone");
+  EXPECT_EQ(description.Line(), "description:   A TDMA phone");
+  for (std::string line = "x"; !line.empty();) line = description.Line();
+  EXPECT_EQ(description.Wait(), 0);
+}
+
+TEST(Program, PlaysUnderALinkUntilItIsStopped) {
+  const std::string link = TempPath("link");
+  std::filesystem::create_symlink("/nowhere", link);
+  Program program({"gsm-phone-9600", "--link", link, "--trace", "--fault", "rubbish,text=\x01"});
+  const std::string path = program.Line();
+  EXPECT_THAT(path, StartsWith("/dev/"));
+  EXPECT_EQ(std::filesystem::read_symlink(link), path);
+  Host host(link, B9600);
+  const std::string answer = "AT+GMM\r\x01\r\nSH 888\r\n\r\nOK\r\n";
+  EXPECT_EQ(host.Ask("AT+GMM\r", answer), answer);
+  EXPECT_EQ(program.Stop(), 0);
+  EXPECT_THAT(program.Complaints(), HasSubstr(" >> AT+GMM\\r\n"));
+  EXPECT_THAT(program.Complaints(), HasSubstr(" << AT+GMM\\r\\x01\\r\\n\n"));
+  EXPECT_THAT(program.Complaints(), HasSubstr(" << SH 888\\r\\n\n"));
+  EXPECT_FALSE(std::filesystem::exists(std::filesystem::symlink_status(link)));
+}
+
+TEST(Program, PlaysSeveralAndEndsInTime) {
+  Program program({"tdma-phone", "iden-phone", "--for", "0.01"});
+  EXPECT_THAT(program.Line(), MatchesRegex("/dev/.* tdma-phone"));
+  EXPECT_THAT(program.Line(), MatchesRegex("/dev/.* iden-phone"));
+  EXPECT_EQ(program.Wait(), 0);
+}
+
+}  // namespace
+
+#endif
