@@ -46,7 +46,6 @@ int main(int argc, char** argv) {
                                  properties.szManufacturer, sizeof properties.szManufacturer);
   if (!Unlock(device) || !Prepare(device, properties, argv[2])) return 1;
 
-  device.DetectModemBaudRate(properties.dwDeviceType, speed);
   if (CSWirelessModem::DoesGPRSDeviceRequire57600(properties.szManufacturer, properties.szModel)) {
     speed = 57600;
   }
