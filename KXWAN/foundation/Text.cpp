@@ -13,6 +13,11 @@ const char* OrEmpty(const char* text) { return text != nullptr ? text : ""; }
 
 }  // namespace
 
+void MakeEmpty(CString& text) {
+  text.Empty();
+  if (!text.IsEmpty()) text.AssignCopy(0, "");
+}
+
 void DiscardText(CString& text) {
   text.LockBuffer();
   text.Release();

@@ -26,6 +26,9 @@ class ScopedText : public CString {
   ~ScopedText() { LockBuffer(); }
 };
 
+// Empties a text, also a locked one, which Empty leaves as it is. A locked buffer stays.
+void MakeEmpty(CString& text);
+
 // Frees the characters of a text that nobody shares, and leaves it empty.
 void DiscardText(CString& text);
 

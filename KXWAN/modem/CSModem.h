@@ -8,13 +8,18 @@
 
 #include <cstdint>
 
+namespace kxwan {
+enum class LineState;
+}
+
 // The AT command engine (V.250): sends one command and collects its answer. It owns one serial
 // port. One thread uses one object.
 //
 // On a line that owes nothing the first final result decides. A command that timed out leaves one
-// final result owed; the answers that come too late are told from those of later commands, so that
-// an answer is never taken for another command's. A changed speed or a reopened port cancels what
-// is owed.
+// final result owed, and the answers that come too late are told from those of later commands by
+// counting. When fewer come than are owed, the next command takes the last one at the end of its
+// first wait: an answer was lost. A changed speed or a reopened port cancels what is owed; the
+// first result behind it is awaited until the line is quiet.
 class KXWAN_API CSModem {
  public:
   CSModem();
@@ -57,13 +62,17 @@ class KXWAN_API CSModem {
   KxSerial* m_pSerial;            // owned
 
  private:
-  bool Await(int& result, CString& response, unsigned long timeoutMs, uint32_t earlier);
+  bool Await(int& result, CString& response, unsigned long timeoutMs, uint32_t& earlier);
+  kxwan::LineState StateOfLine(uint32_t earlier) const;
   void NoticeNewLine();
 
   uint32_t m_owed;            // final results of commands that timed out
+  bool m_unsettled;           // some were owed when the speed changed or the port was reopened
   bool m_awaiting;            // a command was sent and its result not yet waited for
   uint32_t m_lineGeneration;  // the port's, when the line was last prepared
 };
 
-// Makes the next open of a port wait two seconds first, for PC cards that need to settle.
+// Makes the next open of a port wait two seconds first, for PC cards that need to settle. The flag
+// is the process's; the open takes it back.
+extern KXWAN_API bool pcCardOpenDelayFlag;
 KXWAN_API void KXModemSetPCCardOpenDelayFlag();

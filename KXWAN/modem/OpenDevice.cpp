@@ -5,9 +5,9 @@
 
 #include <cstdio>
 
-namespace {
-
 bool pcCardOpenDelayFlag = false;
+
+namespace {
 
 struct SearchedSpeed {
   unsigned long maskBit;
@@ -54,21 +54,21 @@ bool Probe(CSModem* modem, int& result) {
 
 bool AnswersAtOptimum(CSModem* modem, unsigned long speed) {
   if (!SetSpeed(modem->m_pSerial, speed)) return false;
-  KXOutputDebug("CSModem::AutoBaud() - Set to optimum baud - %lu\n", speed);
+  KXOutputDebug("CSModem::AutoBaud() - Set to optimum baud - %d\n", static_cast<int>(speed));
   int result = kxwan::kResultTimeout;
   if (!Probe(modem, result)) return false;
   if (result == kxwan::kResultError) {
     kxwan::ScopedText response;
     modem->SendCommandGetResponse("AT+CFUN=1\r", result, response);
   }
-  KXOutputDebug("CSModem::AutoBaud() - Device at proper baud - %lu\n", speed);
+  KXOutputDebug("CSModem::AutoBaud() - Device at proper baud - %d\n", static_cast<int>(speed));
   return true;
 }
 
 bool FindSpeed(CSModem* modem, unsigned long baudMask, unsigned long optimumBaud) {
   for (const SearchedSpeed& row : kSearchedSpeeds) {
     if ((baudMask & row.maskBit) == 0 || row.speed == optimumBaud) continue;
-    KXOutputDebug("CSModem::AutoBaud() - Searching on baud - %lu\n", row.speed);
+    KXOutputDebug("CSModem::AutoBaud() - Searching on baud - %d\n", static_cast<int>(row.speed));
     int result = kxwan::kResultTimeout;
     if (SetSpeed(modem->m_pSerial, row.speed) && Probe(modem, result)) return true;
   }
@@ -82,9 +82,9 @@ bool MoveToSpeed(CSModem* modem, unsigned long speed) {
   kxwan::ScopedText response;
   if (!modem->SendCommandGetResponse(command, result, response)) return false;
   if (result != kxwan::kResultOk || !SetSpeed(modem->m_pSerial, speed)) return false;
-  KXOutputDebug("CSModem::AutoBaud() - Changed to optimum baud - %lu\n", speed);
+  KXOutputDebug("CSModem::AutoBaud() - Changed to optimum baud - %d\n", static_cast<int>(speed));
   if (!Probe(modem, result)) return false;
-  KXOutputDebug("CSModem::AutoBaud() - Device reset to baud - %lu\n", speed);
+  KXOutputDebug("CSModem::AutoBaud() - Device reset to baud - %d\n", static_cast<int>(speed));
   return true;
 }
 

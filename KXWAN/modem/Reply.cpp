@@ -139,24 +139,31 @@ void ResultSequence::Note(const Reply& reply, const Reply::Line& line, FinalResu
   textBegin_ = line.next;
 }
 
-bool ResultFinder::Look(Reply& reply, bool expired) {
-  if (owing_) {
-    found_ = sequence_.Look(reply, result_) || (expired && sequence_.Count() > 0);
-  } else {
+bool ResultFinder::Look(Reply& reply, bool quiet, bool expired) {
+  if (line_ == LineState::kClean) {
     found_ = first_.Look(reply, result_);
+  } else {
+    found_ =
+        sequence_.Look(reply, result_) || (sequence_.Count() > 0 && MayTakeLast(quiet, expired));
   }
   return found_;
 }
 
+// Where fewer results have come than were owed, an answer was lost on the way. Not so on a retry:
+// a device that was too slow for one try may be so for the next.
+bool ResultFinder::MayTakeLast(bool quiet, bool expired) const {
+  if (line_ == LineState::kUnsettled) return quiet || expired;
+  return line_ == LineState::kOwing && expired;
+}
+
 uint32_t ResultFinder::StillOwed(uint32_t outstanding) const {
-  if (!found_) return outstanding;
-  if (!owing_ || !sequence_.Complete()) return 0;
+  if (found_ && (line_ == LineState::kClean || !sequence_.Complete())) return 0;
   return outstanding - static_cast<uint32_t>(std::min<size_t>(outstanding, sequence_.Count()));
 }
 
 std::string_view ResultFinder::Text(const Reply& reply) const {
-  if (!found_) return reply.Text().substr(result_.begin);
-  return Trimmed(reply.Text().substr(result_.begin, result_.end - result_.begin));
+  if (found_) return Trimmed(reply.Text().substr(result_.begin, result_.end - result_.begin));
+  return reply.Text().substr(line_ == LineState::kClean ? result_.begin : sequence_.TextBegin());
 }
 
 }  // namespace kxwan

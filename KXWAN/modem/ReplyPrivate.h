@@ -84,6 +84,9 @@ class ResultSequence {
   size_t Count() const { return count_; }
   bool Complete() const { return count_ >= wanted_; }
 
+  // Behind the last result that has come.
+  size_t TextBegin() const { return textBegin_; }
+
  private:
   void Note(const Reply& reply, const Reply::Line& line, FinalResult& result);
 
@@ -92,16 +95,23 @@ class ResultSequence {
   size_t textBegin_ = 0;
 };
 
+// What a line may still send for earlier commands.
+enum class LineState {
+  kClean,       // nothing
+  kOwing,       // results of earlier commands
+  kOwingTries,  // results of earlier tries of this command, and perhaps of earlier commands
+  kUnsettled,   // an unknown number: some were owed when the line changed
+};
+
 // Finds the result of one command in what comes after it.
 class ResultFinder {
  public:
-  // owing: the line owes results of commands that timed out. wanted: which of the results that come
-  // is the command's own, counted from 1.
-  ResultFinder(bool owing, size_t wanted) : owing_(owing), sequence_(wanted) {}
+  // wanted: which of the results that come on a line that owes some is the command's own, from 1.
+  ResultFinder(LineState line, size_t wanted)
+      : line_(line), sequence_(line == LineState::kUnsettled ? kAll : wanted) {}
 
-  // True when the result is there. When time has expired the last of those that have come is taken:
-  // an answer was lost on the way.
-  bool Look(Reply& reply, bool expired);
+  // True when the result is there. quiet: nothing has come for a tenth of a second.
+  bool Look(Reply& reply, bool quiet, bool expired);
 
   // How many of so many outstanding results the line still owes after the last look.
   uint32_t StillOwed(uint32_t outstanding) const;
@@ -110,7 +120,11 @@ class ResultFinder {
   std::string_view Text(const Reply& reply) const;
 
  private:
-  bool owing_;
+  bool MayTakeLast(bool quiet, bool expired) const;
+
+  static constexpr size_t kAll = static_cast<size_t>(-1);
+
+  LineState line_;
   FirstResult first_;
   ResultSequence sequence_;
   bool found_ = false;

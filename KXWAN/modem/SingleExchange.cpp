@@ -1,11 +1,13 @@
 #include <KXWAN/modem/SingleExchange.h>
 
+#include <KXWAN/foundation/TextPrivate.h>
+
 namespace kxwan {
 
 bool SendOnce(CSModem* modem, const char* command, unsigned long timeoutMs, int& result,
               CString& response) {
   result = kResultTimeout;
-  response.Empty();
+  MakeEmpty(response);
   return modem->SendCommand(command) && modem->GetResponse(result, response, timeoutMs);
 }
 

@@ -1,5 +1,4 @@
 #include <KXWAN/modem/CSModem.h>
-#include <KXWAN/modem/SingleExchange.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <tests/support/ScriptedDevice.h>
@@ -20,12 +19,6 @@ kxsim::Answer Raw(Pieces pieces, int gapMs = 10) {
   kxsim::Answer answer;
   answer.raw = std::move(pieces);
   answer.gapMs = gapMs;
-  return answer;
-}
-
-kxsim::Answer Late(const std::string& text, int latencyMs) {
-  kxsim::Answer answer = kxsim::ParseAnswer(text);
-  answer.latencyMs = latencyMs;
   return answer;
 }
 
@@ -141,112 +134,6 @@ TEST(Exchange, ClassifiesTheReply) {
     ASSERT_NE(record, std::string::npos) << records;
     EXPECT_LE(records.size() - record, 600u);
     EXPECT_NE(device.Modem()->m_dwLastResponseTime, 0u);
-  }
-}
-
-// A row is a dialogue: each command with what the device sends for it, how long it is waited for (a
-// wait ends at the next tenth of a second), and what must come of it.
-struct DialogueStep {
-  const char* command;
-  kxsim::Answer answer;
-  uint32_t timeoutMs;
-  int result;
-  std::string response;
-};
-
-struct DialogueCase {
-  const char* name;
-  int tries;
-  std::vector<DialogueStep> steps;
-};
-
-const DialogueCase kDialogues[] = {
-    {"a late answer is not the next command's",
-     1,
-     {{"AT1", Late("one", 400), 50, kResultTimeout, ""},
-      {"AT2", Late("two", 0), 3000, kResultOk, "two"},
-      {"AT3", Late("three", 0), 3000, kResultOk, "three"}}},
-    {"late errors are told apart too",
-     1,
-     {{"AT1", Late("+CME ERROR: 10", 400), 50, kResultTimeout, ""},
-      {"AT2", Late("ERROR", 0), 3000, kResultError, ""},
-      {"AT3", Late("+CMS ERROR: 3", 0), 3000, kResultEquipmentError, "3"}}},
-    {"two late answers",
-     1,
-     {{"AT1", Late("one", 700), 50, kResultTimeout, ""},
-      {"AT2", Late("two", 0), 50, kResultTimeout, ""},
-      {"AT3", Late("three", 0), 3000, kResultOk, "three"}}},
-    {"a lost answer costs one time-out and then nothing",
-     1,
-     {{"AT1", kxsim::ParseAnswer("(silence)"), 50, kResultTimeout, ""},
-      {"AT2", Late("two", 0), 500, kResultOk, "two"},
-      {"AT3", Late("three", 0), 3000, kResultOk, "three"}}},
-    {"a retry takes the first answer and leaves the rest owed",
-     3,
-     {{"AT1", Late("one", 400), 150, kResultOk, "one"},
-      {"AT2", Late("two", 0), 3000, kResultOk, "two"},
-      {"AT3", Late("three", 0), 3000, kResultOk, "three"}}},
-    {"a partial reply stays after a time-out",
-     1,
-     {{"AT1", Raw({"\r\nhalf"}), 300, kResultTimeout, "\r\nhalf"},
-      {"AT2", Late("two", 0), 500, kResultOk, "two"}}},
-};
-
-TEST(Exchange, NeverTakesAnAnswerForAnotherCommands) {
-  for (const DialogueCase& row : kDialogues) {
-    SCOPED_TRACE(row.name);
-    kxsim::Profile profile = kxsim::ScriptedProfile({});
-    for (const DialogueStep& step : row.steps) {
-      kxsim::AddReply(profile, step.command, step.answer);
-    }
-    ScriptedDevice device(profile);
-    CSModem* modem = device.Modem();
-    modem->m_nRetries = row.tries;
-    for (const DialogueStep& step : row.steps) {
-      SCOPED_TRACE(step.command);
-      int result = -1;
-      CString response;
-      const std::string command = step.command + "\r"s;
-      modem->m_dwResponseTimeout = step.timeoutMs;
-      EXPECT_EQ(modem->SendCommandGetResponse(command.c_str(), result, response),
-                step.result != kResultTimeout);
-      EXPECT_EQ(result, step.result);
-      EXPECT_STREQ(response.String(), step.response.c_str());
-    }
-  }
-}
-
-TEST(Exchange, WaitsOnForACommandThatTimedOut) {
-  kxsim::Profile profile = kxsim::ScriptedProfile({{"AT2", "two"}});
-  kxsim::AddReply(profile, "AT1", Late("one", 400));
-  ScriptedDevice device(profile);
-  int result = -1;
-  CString response;
-  EXPECT_FALSE(kxwan::SendOnce(device.Modem(), "AT1\r", 50, result, response));
-  EXPECT_TRUE(device.Modem()->GetResponse(result, response, 3000));
-  EXPECT_STREQ(response.String(), "one");
-  EXPECT_TRUE(kxwan::SendOnce(device.Modem(), "AT2\r", 3000, result, response));
-  EXPECT_STREQ(response.String(), "two");
-}
-
-TEST(Exchange, OwesNothingAfterAChangeOfSpeedOrAReopenedPort) {
-  for (const bool reopen : {false, true}) {
-    SCOPED_TRACE(reopen);
-    ScriptedDevice device(Answers{{"AT1", "(silence)"}, {"AT2", "two"}});
-    CSModem* modem = device.Modem();
-    int result = -1;
-    CString response;
-    EXPECT_FALSE(kxwan::SendOnce(modem, "AT1\r", 30, result, response));
-    if (reopen) {
-      modem->m_pSerial->Close();
-      ASSERT_TRUE(modem->m_pSerial->Open(device.Path().c_str()));
-    } else {
-      ASSERT_TRUE(modem->m_pSerial->SetDataFormat(57600, -1, -1, -1));
-    }
-    const auto start = std::chrono::steady_clock::now();
-    EXPECT_TRUE(kxwan::SendOnce(modem, "AT2\r", 5000, result, response));
-    EXPECT_LT(SecondsSince(start), 2.5);
-    EXPECT_STREQ(response.String(), "two");
   }
 }
 
