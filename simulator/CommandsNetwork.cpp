@@ -43,8 +43,11 @@ int Registration(const ModemState& state) {
 
 Outcome TellRegistration(ModemState& state, std::string_view name, bool registered) {
   const std::string& mode = state.stored.try_emplace(std::string(name), "0").first->second;
-  return Info(std::string(name) + ": " + mode + "," +
-              std::to_string(registered ? Registration(state) : 0));
+  const int registration = registered ? Registration(state) : 0;
+  const RadioSettings& radio = state.profile->radio;
+  const bool placed = mode == "2" && (registration == 1 || registration == 5);
+  return Info(std::string(name) + ": " + mode + "," + std::to_string(registration) +
+              (placed ? ",\"" + radio.area + "\",\"" + radio.cell + "\"" : ""));
 }
 
 template <char mark>  // '+CREG' or, for the packet service, '+CGREG'

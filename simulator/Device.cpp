@@ -122,22 +122,24 @@ void Device::OnBytes(std::string_view bytes) {
   }
 }
 
+bool Device::Echoes() const { return interpreter_.State().settings.echo || faults_.EchoStays(); }
+
 void Device::OnTyped(std::string_view bytes) {
   // Deliberate: a terminal that echoes by itself would hand our echo back as the next command.
-  const bool echoes = !terminal_.HostEchoes();
+  const bool mayEcho = Echoes() && !terminal_.HostEchoes();
   const auto& registers = interpreter_.State().settings.registers;
   std::string echo;
   for (const char byte : bytes) {
     editor_.endOfLine = static_cast<char>(registers[kEndOfLine]);
     editor_.backspace = static_cast<char>(registers[kBackspace]);
     if (busy_ && abortable_ && byte != '\n') Abort();
-    if (echoes && (interpreter_.State().settings.echo || faults_.EchoStays())) echo += byte;
+    if (mayEcho && Echoes()) echo += byte;
     std::optional<std::string> line = editor_.Feed(byte);
     if (!line) continue;
     sender_.Send({std::exchange(echo, "")});
     OnLine(std::move(*line));
   }
-  if (!echo.empty()) sender_.Send({std::move(echo)});
+  sender_.Send({std::move(echo)});
 }
 
 void Device::OnLine(std::string line) {

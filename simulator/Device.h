@@ -52,6 +52,7 @@ class Device {
   static constexpr size_t kMostUnread = 64 * 1024;
 
   bool HearsHost() const;
+  bool Echoes() const;
   void Tell(Traffic kind, std::string_view bytes) const;
   void OnReady(short events);
   void OnBytes(std::string_view bytes);

@@ -13,9 +13,9 @@ struct LogRecord {
 
   size_t firstLine = 0;
   size_t lastLine = 0;
-  std::string text;        // behind the time stamp, without the "\n" at its end
-  End end = End::kWhole;   // otherwise the log cut it: at its limit, or where the file ends
-  bool stray = false;      // no record; nothing of it is kept
+  std::string text;       // behind the time stamp, without the "\n" at its end
+  End end = End::kWhole;  // otherwise the log cut it: at its limit, or where the file ends
+  bool stray = false;     // no record; nothing of it is kept
 };
 
 // Takes a debug log apart. Whatever the file holds, it is read once and no more of it than a few

@@ -74,6 +74,8 @@ struct RadioSettings {
   int registration = 1;  // as +CREG gives it
   std::string operatorName = "Testnet";
   std::string operatorCode = "00101";
+  std::string area = "0001";  // where it is registered, told with AT+CREG=2
+  std::string cell = "0001";
   std::vector<Step> signal = {{0, 20}};   // 0 to 31, or 99
   std::vector<Step> battery = {{0, 80}};  // percent
   int batteryStatus = 0;

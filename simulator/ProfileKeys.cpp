@@ -91,6 +91,8 @@ constexpr ProfileKey kKeys[] = {
     Row<ReadNumber<0, 5>, &P::radio, &R::registration>("radio", "registration", "0 to 5"),
     Row<ReadText, &P::radio, &R::operatorName>("radio", "operator", kText),
     Row<ReadCode, &P::radio, &R::operatorCode>("radio", "operator_code", kDigits),
+    Row<ReadText, &P::radio, &R::area>("radio", "area", kText),
+    Row<ReadText, &P::radio, &R::cell>("radio", "cell", kText),
     Row<ReadSteps<0, 99>, &P::radio, &R::signal>("radio", "signal",
                                                  "0 to 99, or a list of [second, level]"),
     Row<ReadSteps<0, 100>, &P::radio, &R::battery>("radio", "battery",

@@ -21,8 +21,15 @@ Loop::Clock::time_point OnGrid(Loop::Clock::time_point when) {
 
 void Sender::Send(Chunk chunk) {
   if (waiting_ > kMostWaiting) chunk.bytes.clear();
+  const bool plain = chunk.pause.count() == 0 && chunk.pieceSize == 0 && !chunk.sent;
+  if (plain && chunk.bytes.empty()) return;
   waiting_ += chunk.bytes.size();
-  chunks_.push_back(std::move(chunk));
+  if (plain && !chunks_.empty() && chunks_.back().pieceSize == 0 && !chunks_.back().sent) {
+    // What is echoed byte by byte must not take more room than its bytes.
+    chunks_.back().bytes += chunk.bytes;
+  } else {
+    chunks_.push_back(std::move(chunk));
+  }
   Continue();
 }
 

@@ -1,6 +1,7 @@
 #include <simulator/BuiltInProfiles.h>
 #include <simulator/Description.h>
 #include <simulator/Device.h>
+#include <simulator/FromLog.h>
 #include <simulator/HostWatch.h>
 #include <simulator/Loop.h>
 #include <simulator/Profile.h>
@@ -8,6 +9,7 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -26,11 +28,15 @@ struct Options {
   std::vector<std::string> faults;
   std::string onConnect;
   std::string describe;
+  std::string log;
+  std::string port;
+  std::string write;
   uint64_t seed = 1;
   double seconds = 0;
   bool list = false;
   bool trace = false;
   bool raw = false;
+  bool force = false;
 };
 
 struct Player {
@@ -75,6 +81,24 @@ void AddOptions(CLI::App& program, Options& options) {
   program.add_flag("--raw", options.raw, "Start with a raw terminal and not the system's settings");
 }
 
+void AddLogOptions(CLI::App& program, Options& options) {
+  CLI::Option* log =
+      program.add_option("--from-log", options.log, "Play the device that a debug log tells of")
+          ->type_name("LOG")
+          ->excludes(program.get_option("PROFILE"));
+  program.add_option("--port", options.port, "Whose dialogue, of a log that tells of several")
+      ->type_name("PORT")
+      ->needs(log);
+  CLI::Option* write =
+      program
+          .add_option(
+              "--write", options.write,
+              "Save the log's device as a profile without personal numbers, and play nothing")
+          ->type_name("FILE")
+          ->needs(log);
+  program.add_flag("--force", options.force, "Overwrite the file")->needs(write);
+}
+
 int List() {
   for (const kxsim::BuiltInProfile* row = kxsim::kBuiltInProfiles; row->name != nullptr; ++row) {
     kxsim::Profile profile;
@@ -114,14 +138,11 @@ kxsim::DeviceOptions OptionsOf(const Options& options, size_t index, Player& pla
   return result;
 }
 
-bool StartPlayers(const Options& options, kxsim::Loop& loop, kxsim::HostWatch& hosts,
-                  std::vector<Player>& players, std::string& error) {
+bool StartPlayers(const Options& options, const std::vector<kxsim::Profile>& profiles,
+                  kxsim::Loop& loop, kxsim::HostWatch& hosts, std::vector<Player>& players,
+                  std::string& error) {
   std::vector<kxsim::Fault> faults;
   if (!ReadFaults(options, faults, error)) return false;
-  std::vector<kxsim::Profile> profiles(options.profiles.size());
-  for (size_t i = 0; i < profiles.size(); ++i) {
-    if (!kxsim::LoadProfile(options.profiles[i], profiles[i], error)) return false;
-  }
   const bool several = profiles.size() > 1;
   for (size_t i = 0; i < profiles.size(); ++i) {
     Player& player = players.emplace_back();
@@ -139,12 +160,27 @@ bool StartPlayers(const Options& options, kxsim::Loop& loop, kxsim::HostWatch& h
   return true;
 }
 
-int Play(const Options& options) {
+int LoadProfiles(const Options& options, std::vector<kxsim::Profile>& profiles) {
+  if (!options.log.empty()) {
+    return kxsim::LoadLog(options.log, options.port, profiles.emplace_back());
+  }
+  std::string error;
+  for (const std::string& name : options.profiles) {
+    if (!kxsim::LoadProfile(name, profiles.emplace_back(), error)) {
+      return Complain(error, kWrongCall);
+    }
+  }
+  return 0;
+}
+
+int Play(const Options& options, const std::vector<kxsim::Profile>& profiles) {
   kxsim::Loop loop;
   kxsim::HostWatch hosts(loop);
   std::vector<Player> players;
   std::string error;
-  if (!StartPlayers(options, loop, hosts, players, error)) return Complain(error, kWrongCall);
+  if (!StartPlayers(options, profiles, loop, hosts, players, error)) {
+    return Complain(error, kWrongCall);
+  }
   running = &loop;
   for (const int number : {SIGINT, SIGTERM, SIGHUP}) signal(number, StopRunning);
   if (options.seconds > 0) {
@@ -164,6 +200,7 @@ int main(int argc, char** argv) {
   CLI::App program("Plays cellular modems on pseudo-terminals.", "kxwan-sim");
   Options options;
   AddOptions(program, options);
+  AddLogOptions(program, options);
   try {
     program.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -171,11 +208,16 @@ int main(int argc, char** argv) {
   }
   if (options.list) return List();
   if (!options.describe.empty()) return Describe(options.describe);
-  if (options.profiles.empty()) {
+  if (options.profiles.empty() && options.log.empty()) {
     return Complain("name a profile; --list shows those that are built in", kWrongCall);
   }
-  if (options.links.size() > options.profiles.size()) {
+  if (options.links.size() > std::max<size_t>(options.profiles.size(), 1)) {
     return Complain("there are more links than profiles", kWrongCall);
   }
-  return Play(options);
+  std::vector<kxsim::Profile> profiles;
+  if (const int status = LoadProfiles(options, profiles)) return status;
+  if (!options.write.empty()) {
+    return kxsim::SaveProfile(profiles[0], options.write, options.force);
+  }
+  return Play(options, profiles);
 }

@@ -215,7 +215,7 @@ const Dialogue kRadio[] = {
          "operator = \"Net\"\nregistration = 5\n[identity]\nnumber = \"+1555\"",
      {{"AT+CSQ;+CBC\r", "\r\n+CSQ: 7,99\r\n" ANSWER("+CBC: 1,55")},
       {"AT+CSQ?\r", kError},
-      {"AT+CREG=2;+CREG?\r", ANSWER("+CREG: 2,5")},
+      {"AT+CREG=2;+CREG?\r", ANSWER("+CREG: 2,5,\"0001\",\"0001\"")},
       {"AT+CREG=9\r", kError},
       {"AT+COPS?\r", ANSWER("+COPS: 0,0,\"Net\"")},
       {"AT+COPS=3,2;+COPS?\r", ANSWER("+COPS: 0,2,\"00101\"")},
