@@ -1,21 +1,11 @@
 #include <gtest/gtest.h>
-#include <simulator/BuiltInProfiles.h>
 #include <simulator/Profile.h>
+#include <tests/profiles/EachProfile.h>
 #include <tests/support/Observation.h>
-
-#include <algorithm>
 
 namespace {
 
 using kxsim::Expectation;
-
-std::vector<std::string> BuiltInNames() {
-  std::vector<std::string> names;
-  for (const auto* row = kxsim::kBuiltInProfiles; row->name != nullptr; ++row) {
-    names.emplace_back(row->name);
-  }
-  return names;
-}
 
 class Profiles : public testing::TestWithParam<std::string> {};
 
@@ -55,10 +45,6 @@ TEST_P(Profiles, TheLibraryMakesOfItWhatItExpects) {
   EXPECT_EQ(expected.dial, seen.dial);
 }
 
-INSTANTIATE_TEST_SUITE_P(BuiltIn, Profiles, testing::ValuesIn(BuiltInNames()), [](const auto& row) {
-  std::string name = row.param;
-  std::replace(name.begin(), name.end(), '-', '_');
-  return name;
-});
+INSTANTIATE_TEST_SUITE_P(BuiltIn, Profiles, testing::ValuesIn(BuiltInNames()), TestName);
 
 }  // namespace

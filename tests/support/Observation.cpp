@@ -56,20 +56,6 @@ KXModemProperties Properties(CHandsetPlatform type, const std::string& manufactu
   return properties;
 }
 
-void ObserveOpening(const Profile& profile, Expectation& seen) {
-  const Expectation& expect = profile.expect;
-  SimulatedDevice device(profile);
-  CSModem modem;
-  ExpectSilence(modem);
-  KXModemProperties properties =
-      Properties(0, expect.manufacturer.value_or(""), expect.model.value_or(""));
-  const int answers = expect.baud.value_or(profile.line.baud);
-  const auto speed = static_cast<unsigned long>(expect.openBaud.value_or(answers));
-  seen.opens = modem.OpenDeviceFast(device.Path().c_str(), MaskFor(answers), speed) &&
-               modem.InitModemOptions(device.Path().c_str(), &properties);
-  seen.open = device.Commands();
-}
-
 void ObserveInformation(CSWirelessModem& modem, Expectation& seen) {
   ModemInfo info = {};
   EXPECT_TRUE(modem.GetModemData(&info));
@@ -112,13 +98,24 @@ void ObservePreparation(CHandsetPlatform type, CSWirelessModem& modem, Expectati
 
 }  // namespace
 
-Expectation Observe(const Profile& profile) {
-  Expectation seen;
-  ObserveOpening(profile, seen);
+void ObserveOpening(const Profile& profile, Expectation& seen) {
+  const Expectation& expect = profile.expect;
+  SimulatedDevice device(profile);
+  CSModem modem;
+  ExpectSilence(modem);
+  KXModemProperties properties =
+      Properties(0, expect.manufacturer.value_or(""), expect.model.value_or(""));
+  const int answers = expect.baud.value_or(profile.line.baud);
+  const auto speed = static_cast<unsigned long>(expect.openBaud.value_or(answers));
+  seen.opens = modem.OpenDeviceFast(device.Path().c_str(), MaskFor(answers), speed) &&
+               modem.InitModemOptions(device.Path().c_str(), &properties);
+  seen.open = device.Commands();
+}
 
+void ObserveUse(const Profile& profile, Expectation& seen) {
   SimulatedDevice device(profile);
   CSWirelessModem modem;
-  if (!modem.Open(device.Path().c_str())) return seen;
+  if (!modem.Open(device.Path().c_str())) return;
   ExpectSilence(*modem.m_pModem);
   unsigned long speed = 0;
   const CHandsetPlatform platform = modem.DetectModem(speed);
@@ -135,5 +132,11 @@ Expectation Observe(const Profile& profile) {
   device.ClearCommands();
   ObservePreparation(TypeOf(profile, platform), modem, seen);
   seen.prepare = device.Commands();
+}
+
+Expectation Observe(const Profile& profile) {
+  Expectation seen;
+  ObserveOpening(profile, seen);
+  ObserveUse(profile, seen);
   return seen;
 }

@@ -8,3 +8,7 @@
 // "internet". What came of it, in the form of the profile's own expectation; dial only for a
 // device that is dialled through a packet-data context.
 kxsim::Expectation Observe(const kxsim::Profile& profile);
+
+// The two halves of it, each on a device of its own.
+void ObserveOpening(const kxsim::Profile& profile, kxsim::Expectation& seen);
+void ObserveUse(const kxsim::Profile& profile, kxsim::Expectation& seen);
