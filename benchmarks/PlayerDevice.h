@@ -11,6 +11,7 @@
 #include <map>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 // The quickest device there can be: a thread that answers every command line on a pseudo-terminal

@@ -7,7 +7,8 @@
 namespace {
 
 // On a device that refuses everything, the call gives this result and sends this command first.
-void Expect(const std::string& command, long result, std::function<long(CSWirelessModem&)> call) {
+void Expect(const std::string& command, long result,
+            const std::function<long(CSWirelessModem&)>& call) {
   SCOPED_TRACE(command);
   ScriptedDevice device(Answers{});
   CSWirelessModem modem;
