@@ -53,8 +53,8 @@ int SaveProfile(Profile profile, const std::string& path, bool overwrite) {
                     kWrongFile);
   }
   for (const Replacement& each : replaced) {
-    fprintf(stderr, "%s: replaced: %s, now %s, in %zu places\n", path.c_str(), each.what.c_str(),
-            each.by.c_str(), each.places);
+    fprintf(stderr, "%s: replaced by %s: %s, places: %zu\n", path.c_str(), each.by.c_str(),
+            each.what.c_str(), each.places);
   }
   if (replaced.empty()) fprintf(stderr, "%s: nothing had to be replaced\n", path.c_str());
   return 0;

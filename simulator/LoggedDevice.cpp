@@ -111,15 +111,18 @@ void LoggedDevice::LearnSpeed(const LoggedExchange& exchange) {
   }
 }
 
+// An echo stands in front of the reply, as the command and its "\r".
 void LoggedDevice::TakeEchoAway(LoggedExchange& exchange) {
-  const bool ok = exchange.outcome == LoggedExchange::Outcome::kOk;
+  if (exchange.outcome != LoggedExchange::Outcome::kOk) return;
   const std::string& command = exchange.command;
-  if (ok && !echoOff_ && !command.empty() && exchange.text.starts_with(command)) {
-    echo_ = true;
-    exchange.text.erase(0, command.size());
-    exchange.text.erase(0, exchange.text.find_first_not_of("\r\n"));
+  std::string& text = exchange.text;
+  const bool alone = text.size() == command.size() || text[command.size()] == '\r';
+  if (!command.empty() && text.starts_with(command) && alone) {
+    (echoOff_ ? echoStays_ : echo_) = true;
+    text.erase(0, command.size());
+    text.erase(0, text.find_first_not_of("\r\n"));
   }
-  if (ok && Normalised(command) == kProbe) echoOff_ = true;
+  if (Normalised(command) == kProbe) echoOff_ = true;
 }
 
 // At its own speed a device answers the probe. Where it is known to have been silent at another,
@@ -135,7 +138,8 @@ Profile LoggedDevice::Build() const {
   profile.scripted = true;
   profile.replies = replies_;
   LineSettings& line = profile.line;
-  line.echo = echo_;
+  line.echo = echo_ || echoStays_;
+  if (echoStays_) profile.faults.emplace_back().kind = "echo";
   line.moves = moves_;
   line.autobaud = !HasFixedSpeed();
   line.lineEnd = LineEndOf(replies_);

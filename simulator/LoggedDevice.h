@@ -46,9 +46,10 @@ class LoggedDevice {
   std::vector<std::pair<size_t, size_t>> stretches_;
   size_t exchanges_ = 0;
   bool echo_ = false;
-  bool echoOff_ = false;
-  int firstSpeed_ = 0;  // at which it answered
-  int newSpeed_ = 0;    // that it was just told
+  bool echoOff_ = false;    // it was told to
+  bool echoStays_ = false;  // and echoes all the same
+  int firstSpeed_ = 0;      // at which it answered
+  int newSpeed_ = 0;        // that it was just told
   bool moves_ = true;
   std::set<int> answeredAt_;
   std::set<int> silentAt_;

@@ -183,7 +183,9 @@ std::vector<SecretPlace> FindAskedNumbers(std::string_view command, std::string_
   const auto* query = std::find_if(std::begin(kQueries), std::end(kQueries),
                                    [&](const SecretName& row) { return AsksFor(line, row.name); });
   std::vector<SecretPlace> places;
-  if (query == std::end(kQueries)) return places;
+  // A dial command itself holds the number.
+  const bool dials = query != std::end(kQueries) && query->name.starts_with("AT");
+  if (query == std::end(kQueries) || (dials && text != command)) return places;
   for (SecretPlace place : FindNumbers(text)) {
     if (!NamesNumber(text.substr(place.start, place.length))) continue;
     place.what = query->what;
