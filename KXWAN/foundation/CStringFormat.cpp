@@ -17,8 +17,9 @@ constexpr int kAbsent = -1;
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-// Walks a format and its arguments and bounds the length of the result from above. The bound is
-// generous: each literal character counts as the whole rest of the format.
+// Walks a format and its arguments and bounds the length of the result from above.
+// Deliberate: each literal character counts as the whole rest of the format. Callers format into
+// the room that is left and count on this much.
 class FormatEstimate {
  public:
   FormatEstimate(const char* format, va_list arguments)

@@ -20,7 +20,11 @@ size_t FormatLogRecord(char (&line)[kLogLineSize], const tm& time, const char* f
                     time.tm_mday, time.tm_year - 100, time.tm_hour, time.tm_min, time.tm_sec);
   const size_t start = static_cast<size_t>(std::max(stamp, 0));
   const int text = std::vsnprintf(line + start, sizeof line - start, format, arguments);
-  return std::min(start + static_cast<size_t>(std::max(text, 0)), kLongest);
+  const size_t length = start + static_cast<size_t>(std::max(text, 0));
+  if (length <= kLongest) return length;
+  // A record that is cut still ends its line, or the next one would be lost behind it.
+  line[kLongest - 1] = '\n';
+  return kLongest;
 }
 
 bool IsOwnLogFile(const struct stat& status, uid_t user) {

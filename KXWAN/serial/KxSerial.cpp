@@ -2,6 +2,7 @@
 
 #include <KXWAN/foundation/DebugLog.h>
 #include <KXWAN/foundation/TextPrivate.h>
+#include <KXWAN/foundation/Waiting.h>
 #include <KXWAN/serial/LineSpeedPrivate.h>
 #include <KXWAN/serial/PortSlots.h>
 #include <KXWAN/serial/SystemCallPrivate.h>
@@ -60,6 +61,18 @@ const char* TakeOver(KxSerial& port, const char* path) {
   return nullptr;
 }
 
+// Gives what was written last half a second to go out and drops the rest: with the flow held off
+// the system's own close would wait for half a minute.
+void FinishOutput(int fd) {
+  constexpr int kChecks = 50;
+  int left = 0;
+  for (int check = 0; check < kChecks; ++check) {
+    if (ioctl(fd, TIOCOUTQ, &left) != 0 || left == 0) return;
+    WaitMilliSecond(10);
+  }
+  tcflush(fd, TCOFLUSH);
+}
+
 // On a pseudo-terminal the exclusive flag outlives the close while the other end stays open.
 void CloseTty(int fd) {
   ioctl(fd, TIOCNXCL);
@@ -82,6 +95,8 @@ int KxSerial::Open(CString& path) {
   Close();  // an object owns one tty; the descriptor of an earlier one must not leak
   const char* device = path.String();
   KXOutputDebug("KxSerial::Open() - '%s' Opening\n", GetDebugDevicePath(device));
+  // Deliberate: a port that got no slot opens all the same. The table is a record for the log; the
+  // exclusive flag is the lock.
   portID = AllocatePortID(device);
   const char* complaint = TakeOver(*this, device);
   if (complaint != nullptr) {
@@ -110,6 +125,7 @@ void KxSerial::Close() {
   KXOutputDebug("KxSerial::Close()\n");
   DeallocatePortID(portID);
   portID = kxwan::kNoPortID;
+  FinishOutput(fd);
   if (kxwan::SetAttributes(fd, savedAttributes) == -1) {
     const int error = errno;
     KXOutputDebug("KxSerial::Close() - Error resetting tty attributes - %s(%d).\n",

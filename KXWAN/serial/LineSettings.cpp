@@ -82,6 +82,8 @@ int KxSerial::SetModemData() {
 }
 
 int KxSerial::SetDTR(signed char on) {
+  // Deliberate: only the call that sets the lines decides; a driver that cannot read them may still
+  // set one.
   int lines = 0;
   ioctl(fd, TIOCMGET, &lines);
   lines = on != 0 ? lines | TIOCM_DTR : lines & ~TIOCM_DTR;
