@@ -145,6 +145,44 @@ TEST(Program, PlaysSeveralAndEndsInTime) {
   EXPECT_EQ(program.Wait(), 0);
 }
 
+TEST(Program, MakesAProfileOfALog) {
+  const std::string log = TempPath("log");
+  const std::string profile = TempPath("log.toml");
+  std::ofstream(log) << "rubbish\n11:16:26 06:29:35 - CSModem::SendCommand() -> AT+CIMI\r\n"
+                     << "11:16:26 06:29:35 - CSModem::GetResponse() -> 262011234567890\n";
+  struct {
+    std::vector<std::string> arguments;
+    int status;
+    std::string complaint;
+  } const kCalls[] = {
+      {{"--from-log", "/nowhere"}, 2, "/nowhere: No such file"},
+      {{"--from-log", "/"}, 2, "/: Is a directory"},
+      {{"--from-log", "/dev/null"}, 1, "/dev/null: there is no dialogue that could be played"},
+      {{"--from-log", log, "--port", "x"}, 1, "there is no dialogue with x"},
+      {{"--from-log", log, "gprs-phone"}, 2, "excludes"},
+      {{"--from-log", log, "--write", profile}, 0, log + ":1: this is no record of the log\n"},
+      {{"--from-log", log, "--write", profile}, 2, "the file exists"},
+      {{"--from-log", log, "--write", profile, "--force"}, 0, "replaced by 000000000000001: IMSI"},
+  };
+  for (const auto& row : kCalls) {
+    SCOPED_TRACE(row.complaint);
+    Program program(row.arguments);
+    EXPECT_EQ(program.Line(), "");
+    EXPECT_EQ(program.Wait(), row.status);
+    EXPECT_THAT(program.Complaints(), HasSubstr(row.complaint));
+  }
+  for (const char* digits : {"262011234567890", "000000000000001"}) {
+    const bool original = digits[0] == '2';
+    Program program(original ? std::vector<std::string>{"--from-log", log}
+                             : std::vector<std::string>{profile});
+    Host host(program.Line());
+    const std::string answer = "\r\n" + std::string(digits) + "\r\n\r\nOK\r\n";
+    EXPECT_EQ(host.Ask("AT+CIMI\r", answer), answer);
+  }
+  std::filesystem::remove(log);
+  std::filesystem::remove(profile);
+}
+
 }  // namespace
 
 #endif
