@@ -7,8 +7,8 @@
 namespace kxsim {
 namespace {
 
-// The library formats a record into 1024 bytes. One that is longer loses its line end as well, and
-// the next record follows on the same line.
+// The library formats a record into 1024 bytes and cuts what is longer. It did not always end the
+// line of such a record: then the next one follows on the same line.
 constexpr size_t kLongestRecord = 1023;
 constexpr size_t kLookAhead = 2 * kLongestRecord;
 constexpr size_t kChunk = 64 * 1024;
@@ -42,7 +42,10 @@ RecordEnd FindEnd(std::string_view ahead) {
   size_t firstBreak = 0;  // that is not one of a reply
   for (size_t at = window.find('\n'); at != window.npos; at = window.find('\n', at + 1)) {
     const std::string_view rest = ahead.substr(at + 1);
-    if (rest.empty() || StampLength(rest) != 0) return {at + 1, LogRecord::End::kWhole};
+    const bool cut = at + 1 == kLongestRecord && window[at - 1] != '\r';
+    if (rest.empty() || StampLength(rest) != 0) {
+      return {at + 1, cut ? LogRecord::End::kFull : LogRecord::End::kWhole};
+    }
     if (firstBreak == 0 && window[at - 1] != '\r') firstBreak = at + 1;
   }
   if (window.size() < kLongestRecord) return {window.size(), LogRecord::End::kEndOfLog};
@@ -84,7 +87,7 @@ void LogRecords::Consume(size_t count, LogRecord& record) {
 void LogRecords::TakeRecord(size_t stamp, LogRecord& record) {
   const RecordEnd end = FindEnd(Ahead());
   std::string_view text = Ahead().substr(stamp, end.length - std::min(end.length, stamp));
-  if (end.how == LogRecord::End::kWhole) text.remove_suffix(1);
+  if (text.ends_with('\n')) text.remove_suffix(1);
   record.text = text;
   record.end = end.how;
   Consume(end.length, record);

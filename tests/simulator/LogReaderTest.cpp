@@ -187,6 +187,11 @@ const DamagedLog kDamagedLogs[] = {
      kStamp + ("CSModem::SendCommand() -> " + kLongCommand) + LogOf("<OK\n>ATI\n<a\n"),
      1,
      {"1: the command is longer than the log keeps"}},
+    {"a command cut at its end",
+     kStamp + ("CSModem::SendCommand() -> " + kLongCommand.substr(1)) + "\n" +
+         LogOf("<OK\n>ATI\n<a\n"),
+     1,
+     {"1: the command is longer than the log keeps"}},
     {"two ports open",
      LogOf("@/dev/a\n>AT\n<OK\n@/dev/b\n>AT\n<OK\n>AT\n<OK\n!/dev/a\n>AT\n<b\n"),
      1,
