@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <tests/support/Dialogue.h>
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -124,6 +125,21 @@ TEST(IsApn, TakesPrintableTextWithoutQuotes) {
     EXPECT_FALSE(kxwan::IsApn(text)) << text;
   }
   EXPECT_FALSE(kxwan::IsApn(nullptr));
+}
+
+// A device may take longer to attach than an ordinary answer takes.
+TEST(SetPhoneInGPRSMode, WaitsForASlowAttachOnce) {
+  kxsim::Profile profile;
+  std::string error;
+  ASSERT_TRUE(kxsim::LoadProfile("gprs-phone", profile, error)) << error;
+  profile.packet.attached = false;
+  profile.packet.attachSeconds = 2;
+  ScriptedDevice device(profile);
+  KXModemProperties properties = {PLATFORM_GPRS, 19200, "", ""};
+  EXPECT_TRUE(SetPhoneInGPRSMode(device.Modem(), &properties, "internet"));
+  const std::vector<std::string> commands = device.Commands();
+  EXPECT_EQ(std::count(commands.begin(), commands.end(), "AT+CGATT=1"), 1);
+  EXPECT_EQ(device.Modem()->m_dwResponseTimeout, 1500u);
 }
 
 }  // namespace
