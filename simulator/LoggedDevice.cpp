@@ -116,8 +116,7 @@ void LoggedDevice::TakeEchoAway(LoggedExchange& exchange) {
   if (exchange.outcome != LoggedExchange::Outcome::kOk) return;
   const std::string& command = exchange.command;
   std::string& text = exchange.text;
-  const bool alone = text.size() == command.size() || text[command.size()] == '\r';
-  if (!command.empty() && text.starts_with(command) && alone) {
+  if (!command.empty() && (text == command || text.starts_with(command + '\r'))) {
     (echoOff_ ? echoStays_ : echo_) = true;
     text.erase(0, command.size());
     text.erase(0, text.find_first_not_of("\r\n"));

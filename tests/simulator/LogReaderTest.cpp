@@ -86,7 +86,8 @@ const DialogueCase kDialogues[] = {
     {">ATI\n<a\nb\n", "\"ATI\" = { raw = \"\\r\\na\\nb\\r\\n\\r\\nOK\\r\\n\" }\n"},
     {">ATI\n<\"\x01\xFF\\\n", "\"ATI\" = \"\\\"\\u0001\\u00FF\\\\\"\n"},
     {">ATI\n<NO CARRIER\n", "\"ATI\" = { text = \"NO CARRIER\", result = \"OK\" }\n"},
-    {">\n<OK\n", "\"\" = \"OK\"\n"},
+    {">\n<OK\n>AT+A=1234567890123456789012345678901234567890\n<1\n",
+     "\"\" = \"OK\"\n\"AT+A=1234567890123456789012345678901234567890\" = \"1\"\n"},
     {"#Application: anything\n>AT\n#KxSerial::Read() - Error\n<OK\n", "\"AT\" = \"OK\"\n"},
     // The year 2105, and a log whose line ends were converted.
     {"11:16:105 06:29:35 - CSModem::SendCommand() -> AT\n<a\nb\n", "\"AT\" = \"a\\nb\"\n"},
