@@ -87,6 +87,7 @@ Exchange Ask(Port& port, const std::string& command, unsigned long timeoutMs) {
   CString response;
   kxwan::SendOnce(port.Modem(), (command + "\r").c_str(), timeoutMs, exchange.result, response);
   exchange.text = response.String();
+  response.LockBuffer();  // else the buffer of an ordinary text is never freed
   return exchange;
 }
 

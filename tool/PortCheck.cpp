@@ -153,7 +153,7 @@ PortCheck CheckPort(const std::string& path) {
   }
   const int descriptor = open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
   if (descriptor < 0) return CheckRefused(errno, path);
-  const PortCheck check = CheckOpened(descriptor, path);
+  PortCheck check = CheckOpened(descriptor, path);
   close(descriptor);
   return check;
 }

@@ -1,10 +1,10 @@
 #include <tool/Recorder.h>
 
-#include <charconv>
+#include <simulator/Anonymiser.h>
 
 #include <tool/Device.h>
+#include <tool/PrivateText.h>
 #include <tool/Progress.h>
-#include <tool/Redaction.h>
 #include <tool/Text.h>
 
 namespace kxtool {
@@ -13,21 +13,20 @@ namespace {
 constexpr unsigned long kTimeoutMs = 5000;
 constexpr unsigned long kSearchTimeoutMs = 500;
 
-// Asked first: what they tell is looked for in all other answers.
-constexpr const char* kSecretQueries[] = {"AT+CGSN", "AT+GSN", "AT+CIMI", "AT+CNUM", "AT+CCID"};
-
-// The test and read forms of everything that the library sends. None of them changes a setting.
+// The test and read forms of everything that the library sends, and the numbers of the device and
+// its owner, so that they are known wherever they occur. None of them changes a setting.
 constexpr const char* kQueries[] = {
-    "AT+GMI",      "AT+CGMI",      "AT+GMM",      "AT+CGMM",      "AT+GMR",     "AT+CGMR",
-    "AT+FMFR?",    "AT+FMDL?",     "ATI",         "ATI0",         "ATI1",       "ATI2",
-    "ATI3",        "ATI4",         "ATI5",        "ATI6",         "ATI7",       "ATI8",
-    "ATI9",        "AT+GCAP",      "AT+GCAP?",    "AT+IPR?",      "AT+IPR=?",   "AT+CFUN?",
-    "AT+CFUN=?",   "AT+CSQ",       "AT+CSQ?",     "AT+CSQ=?",     "AT+CBC",     "AT+CBC?",
-    "AT+CBC=?",    "AT+CAD?",      "AT+CREG?",    "AT+CGREG?",    "AT+CGATT?",  "AT+CGATT=?",
-    "AT+CGDCONT?", "AT+CGDCONT=?", "AT+CGQMIN?",  "AT+CGQMIN=?",  "AT+CGQREQ?", "AT+CGQREQ=?",
-    "AT+CGEQMIN?", "AT+CGEQMIN=?", "AT+CGEQREQ?", "AT+CGEQREQ=?", "AT+CPWD=?",  "AT+CLCK=?",
-    "AT+CRM?",     "AT+CRM=?",     "AT+CSO?",     "AT+CSO=?",     "AT$QCMDR?",  "AT$QCMDR=?",
-    "AT$QCQNC?",   "AT$QCMIP?",    "AT$QCMIP=?",  "AT$QCSCRM?",   "AT+NWHFUN?", "AT+NWHFUN=?",
+    "AT+CGSN",      "AT+GSN",      "AT+CIMI",      "AT+CNUM",    "AT+CCID",     "AT+GMI",
+    "AT+CGMI",      "AT+GMM",      "AT+CGMM",      "AT+GMR",     "AT+CGMR",     "AT+FMFR?",
+    "AT+FMDL?",     "ATI",         "ATI0",         "ATI1",       "ATI2",        "ATI3",
+    "ATI4",         "ATI5",        "ATI6",         "ATI7",       "ATI8",        "ATI9",
+    "AT+GCAP",      "AT+GCAP?",    "AT+IPR?",      "AT+IPR=?",   "AT+CFUN?",    "AT+CFUN=?",
+    "AT+CSQ",       "AT+CSQ?",     "AT+CSQ=?",     "AT+CBC",     "AT+CBC?",     "AT+CBC=?",
+    "AT+CAD?",      "AT+CREG?",    "AT+CGREG?",    "AT+CGATT?",  "AT+CGATT=?",  "AT+CGDCONT?",
+    "AT+CGDCONT=?", "AT+CGQMIN?",  "AT+CGQMIN=?",  "AT+CGQREQ?", "AT+CGQREQ=?", "AT+CGEQMIN?",
+    "AT+CGEQMIN=?", "AT+CGEQREQ?", "AT+CGEQREQ=?", "AT+CPWD=?",  "AT+CLCK=?",   "AT+CRM?",
+    "AT+CRM=?",     "AT+CSO?",     "AT+CSO=?",     "AT$QCMDR?",  "AT$QCMDR=?",  "AT$QCQNC?",
+    "AT$QCMIP?",    "AT$QCMIP=?",  "AT$QCSCRM?",   "AT+NWHFUN?", "AT+NWHFUN=?",
 };
 
 // Asked with numeric error reports, as the library asks them. The last report mode asked for is
@@ -53,18 +52,24 @@ Result FindSpeedAndEcho(Port& port, const Report& report, unsigned long& speed, 
   return FindSpeed(port, report, speed);
 }
 
-kxsim::Answer AsAnswer(const Exchange& exchange, Redaction& redaction) {
+// The lines of a reply, without the owner's names.
+std::string Anonymous(const std::string& reply, Recording& recording) {
+  std::vector<std::string> lines = Lines(reply);
+  for (std::string& line : lines) MaskPrivateTexts(line, recording.replaced);
+  return Joined(lines, "\n");
+}
+
+kxsim::Answer AsAnswer(const Exchange& exchange, Recording& recording) {
   kxsim::Answer answer;
-  const std::string text = redaction.Apply(exchange.text);
   switch (exchange.result) {
     case kxwan::kResultOk:
-      answer.text = Joined(Lines(text), "\n");
+      answer.text = Anonymous(exchange.text, recording);
       break;
     case kxwan::kResultError:
       answer.result = "ERROR";
       break;
     case kxwan::kResultEquipmentError:
-      answer.result = "+CME ERROR: " + text;
+      answer.result = "+CME ERROR: " + exchange.text;
       break;
     default:
       answer.result.clear();
@@ -73,19 +78,25 @@ kxsim::Answer AsAnswer(const Exchange& exchange, Redaction& redaction) {
   return answer;
 }
 
-void Record(Port& port, const std::string& command, Redaction& redaction, Recording& recording) {
+void Record(Port& port, const std::string& command, Recording& recording) {
   const Exchange exchange = Ask(port, command, kTimeoutMs);
   ++recording.asked;
   if (exchange.result == kxwan::kResultTimeout) ++recording.silent;
-  kxsim::AddReply(recording.profile, command, AsAnswer(exchange, redaction));
+  kxsim::AddReply(recording.profile, command, AsAnswer(exchange, recording));
 }
 
-void RecordReports(Port& port, Redaction& redaction, Recording& recording) {
+void RecordReports(Port& port, Recording& recording) {
   const Exchange before = Ask(port, "AT+CMEE?", kTimeoutMs);
-  for (const char* command : kReportQueries) Record(port, command, redaction, recording);
+  for (const char* command : kReportQueries) Record(port, command, recording);
   const size_t digit = before.text.find_first_of("012");
   if (before.IsOk() && digit != std::string::npos) {
     Ask(port, std::string("AT+CMEE=") + before.text[digit], kTimeoutMs);
+  }
+}
+
+void ReplaceNumbers(Recording& recording) {
+  for (const kxsim::Replacement& replacement : kxsim::Anonymise(recording.profile)) {
+    if (replacement.places > 0) recording.replaced.insert(replacement.what);
   }
 }
 
@@ -101,13 +112,10 @@ Result RecordDevice(Port& port, const Report& report, Recording& recording) {
 
   const Progress progress("asking the device", !report.IsJson());
   Ask(port, "ATE0V1", kTimeoutMs);
-  Redaction redaction;
-  for (const char* command : kSecretQueries) redaction.Learn(Ask(port, command, kTimeoutMs).text);
-  for (const char* command : kSecretQueries) Record(port, command, redaction, recording);
-  for (const char* command : kQueries) Record(port, command, redaction, recording);
-  RecordReports(port, redaction, recording);
+  for (const char* command : kQueries) Record(port, command, recording);
+  RecordReports(port, recording);
   if (echo) Ask(port, "ATE1", kTimeoutMs);
-  recording.replaced = redaction.Replaced();
+  ReplaceNumbers(recording);
   return {};
 }
 

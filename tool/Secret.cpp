@@ -78,7 +78,7 @@ Result AskOnTerminal(const std::vector<std::string>& prompts, const std::string&
   const HiddenInput hidden;
   for (const std::string& prompt : prompts) {
     std::fprintf(stderr, "%s: ", prompt.c_str());
-    const Result failure = ReadLines(STDIN_FILENO, what, secrets, 1);
+    Result failure = ReadLines(STDIN_FILENO, what, secrets, 1);
     std::fprintf(stderr, "\n");
     if (failure) return failure;
   }

@@ -61,6 +61,7 @@ Result Demonstrate(const std::string& name, Report& report) {
 void ShowPorts(Report& report) {
   const std::vector<ListedPort> ports = ListPorts();
   std::vector<std::string> paths;
+  paths.reserve(ports.size());
   for (const ListedPort& port : ports) paths.push_back(port.path);
   report.Data("ports", paths);
   report.Line("Serial ports of this machine: " +

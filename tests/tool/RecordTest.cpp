@@ -38,7 +38,7 @@ std::string ContentOf(const std::string& file) {
 }
 
 std::string NewFile(const char* name) {
-  const std::string file = testing::TempDir() + std::to_string(getpid()) + name;
+  std::string file = testing::TempDir() + std::to_string(getpid()) + name;
   std::filesystem::remove(file);
   return file;
 }
