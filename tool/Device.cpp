@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
 #include <tool/Progress.h>
 #include <tool/Text.h>
@@ -15,12 +16,14 @@ Failure SilentDevice(const Port& port) {
                       "\"kxwan ports\" lists all.");
 }
 
-// DetectModem cannot say that nothing answered.
-bool Answers(Port& port) { return Ask(port, "ATE0V1", 1500).result != kxwan::kResultTimeout; }
-
-bool FindSpeedThoroughly(Port& port, unsigned long& speed) {
-  port.Device().DetectModem(speed);
-  return Answers(port);
+// For a device that takes its time: the usual speeds again, with the time that an ordinary command
+// gets.
+bool FindSpeedPatiently(Port& port, unsigned long& speed) {
+  constexpr unsigned long kSpeeds[] = {19200, 57600, 115200, 230400, 9600};
+  return std::any_of(std::begin(kSpeeds), std::end(kSpeeds), [&](unsigned long candidate) {
+    speed = candidate;
+    return port.Modem()->m_pSerial->SetDataFormat(candidate, -1, -1, -1) != 0 && Answers(port);
+  });
 }
 
 void CopyField(char (&field)[64], const std::string& text) {
@@ -43,7 +46,7 @@ KXModemProperties Identity::Properties() const {
 Result FindSpeed(Port& port, const Report& report, unsigned long& speed) {
   const Progress progress("searching the speed at which the device answers", !report.IsJson());
   if (kxwan::FindLineSpeed(port.Modem(), speed)) return {};
-  if (FindSpeedThoroughly(port, speed)) return {};
+  if (FindSpeedPatiently(port, speed)) return {};
   return SilentDevice(port);
 }
 
@@ -54,7 +57,7 @@ Result Identify(Port& port, const Report& report, Identity& identity) {
   }
   identity.platform = kxwan::CorrectPlatform(port.Modem(), identity.platform);
   ReadNames(port, identity);
-  return {};
+  return Answers(port) ? Result() : StoppedAnswering(port);
 }
 
 void ReadNames(Port& port, Identity& identity) {
@@ -80,6 +83,16 @@ std::string NumberToDial(const Identity& identity) {
 
 std::string PlatformNames(CHandsetPlatform platform) {
   return GetModemProtocolTypeAsString(platform);
+}
+
+bool Answers(Port& port) {
+  constexpr unsigned long kTimeoutMs = 1500;
+  return Ask(port, "ATE0V1", kTimeoutMs).result != kxwan::kResultTimeout;
+}
+
+Failure StoppedAnswering(const Port& port) {
+  return DeviceFailed("The device on " + Printable(port.Name()) +
+                      " stopped answering: is it still there?");
 }
 
 Exchange Ask(Port& port, const std::string& command, unsigned long timeoutMs) {

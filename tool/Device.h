@@ -22,7 +22,7 @@ struct Identity {
 };
 
 // Finds the speed at which the device answers: quickly, then, for a device that takes its time,
-// thoroughly.
+// patiently.
 Result FindSpeed(Port& port, const Report& report, unsigned long& speed);
 
 // Finds the speed and asks the device who it is.
@@ -47,6 +47,10 @@ struct Exchange {
   bool IsOk() const { return result == kxwan::kResultOk; }
 };
 Exchange Ask(Port& port, const std::string& command, unsigned long timeoutMs);
+
+// Whether the device answers at all. Its echo is off and its results are words afterwards.
+bool Answers(Port& port);
+Failure StoppedAnswering(const Port& port);
 
 // "OK", "ERROR", "error 10" or "no answer".
 std::string ResultName(const Exchange& exchange);

@@ -78,20 +78,26 @@ kxsim::Answer AsAnswer(const Exchange& exchange, Recording& recording) {
   return answer;
 }
 
-void Record(Port& port, const std::string& command, Recording& recording) {
+// A question without an answer is one thing, a device that answers nothing any more another.
+Result Record(Port& port, const std::string& command, Recording& recording) {
   const Exchange exchange = Ask(port, command, kTimeoutMs);
   ++recording.asked;
-  if (exchange.result == kxwan::kResultTimeout) ++recording.silent;
   kxsim::AddReply(recording.profile, command, AsAnswer(exchange, recording));
+  if (exchange.result != kxwan::kResultTimeout) return {};
+  ++recording.silent;
+  return Answers(port) ? Result() : StoppedAnswering(port);
 }
 
-void RecordReports(Port& port, Recording& recording) {
+Result RecordReports(Port& port, Recording& recording) {
   const Exchange before = Ask(port, "AT+CMEE?", kTimeoutMs);
-  for (const char* command : kReportQueries) Record(port, command, recording);
+  for (const char* command : kReportQueries) {
+    if (Result failure = Record(port, command, recording)) return failure;
+  }
   const size_t digit = before.text.find_first_of("012");
   if (before.IsOk() && digit != std::string::npos) {
     Ask(port, std::string("AT+CMEE=") + before.text[digit], kTimeoutMs);
   }
+  return {};
 }
 
 void ReplaceNumbers(Recording& recording) {
@@ -112,8 +118,10 @@ Result RecordDevice(Port& port, const Report& report, Recording& recording) {
 
   const Progress progress("asking the device", !report.IsJson());
   Ask(port, "ATE0V1", kTimeoutMs);
-  for (const char* command : kQueries) Record(port, command, recording);
-  RecordReports(port, recording);
+  for (const char* command : kQueries) {
+    if (Result failure = Record(port, command, recording)) return failure;
+  }
+  if (Result failure = RecordReports(port, recording)) return failure;
   if (echo) Ask(port, "ATE1", kTimeoutMs);
   ReplaceNumbers(recording);
   return {};

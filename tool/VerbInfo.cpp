@@ -68,14 +68,13 @@ Result Run(const Options& options, Report& report) {
   ModemInfo info = {};
   {
     const Progress progress("reading", !report.IsJson());
-    if (!port.Device().GetModemData(&info)) {
-      return DeviceFailed("The device stopped answering: is it still there?");
-    }
+    if (!port.Device().GetModemData(&info)) return StoppedAnswering(port);
   }
   ShowRecord(info, report);
   ShowBattery(port, report);
   ShowRegistration(port, report);
-  return {};
+  // A device that left in the middle shows by this alone: all that is not told looks the same.
+  return Answers(port) ? Result() : StoppedAnswering(port);
 }
 
 }  // namespace
