@@ -149,7 +149,7 @@ void Device::OnLine(std::string line) {
 }
 
 void Device::OnHostGone() {
-  terminal_.DropUnread();
+  terminal_.ForgetHost();
   // AT&D0: the fall of DTR means nothing to the device.
   if (interpreter_.State().settings.terminalReady != 0) EndCall();
 }

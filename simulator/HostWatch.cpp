@@ -22,7 +22,11 @@ HostWatch::~HostWatch() {
 }
 
 int HostWatch::Add(const std::string& path, std::function<void()> gone) {
-  const int watch = inotify_add_watch(descriptor_, path.c_str(), IN_OPEN | IN_CLOSE);
+  constexpr uint32_t kEvents = IN_OPEN | IN_CLOSE;
+  // An event like the last one unread is dropped by the system, and two opens would count as one.
+  // The folder tells of each open as well, so that no two events in a row are alike.
+  inotify_add_watch(descriptor_, path.substr(0, path.rfind('/')).c_str(), kEvents);
+  const int watch = inotify_add_watch(descriptor_, path.c_str(), kEvents);
   if (watch >= 0) terminals_[watch].gone = std::move(gone);
   return watch;
 }

@@ -2,6 +2,7 @@
 #include <simulator/LineSpeed.h>
 #include <simulator/PseudoTerminal.h>
 #include <stdlib.h>
+#include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -43,6 +44,9 @@ bool PseudoTerminal::HostEchoes() const {
   return tcgetattr(master_, &settings) == 0 && (settings.c_lflag & ECHO) != 0;
 }
 
-void PseudoTerminal::DropUnread() const { tcflush(slave_, TCIFLUSH); }
+void PseudoTerminal::ForgetHost() const {
+  tcflush(slave_, TCIFLUSH);
+  ioctl(slave_, TIOCNXCL);
+}
 
 }  // namespace kxsim

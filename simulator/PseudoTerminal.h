@@ -25,8 +25,9 @@ class PseudoTerminal {
   int HostSpeed() const;
   // Whether the terminal itself sends back what the device sends, as a fresh one does.
   bool HostEchoes() const;
-  // Drops what the host has not read.
-  void DropUnread() const;
+  // Forgets a host that has closed: what it has not read, and its claim to be the only one, which
+  // a serial port gives up at the last close.
+  void ForgetHost() const;
 
  private:
   int master_ = -1;

@@ -60,6 +60,7 @@ void AddOptions(CLI::App& program, Options& options) {
       ->type_name("");
   program
       .add_option("--link", options.links, "Keep a symbolic link to the terminal, one a profile")
+      ->allow_extra_args(false)
       ->type_name("PATH");
   program.add_option("--for", options.seconds, "Stop after this many seconds")
       ->type_name("SECONDS")
@@ -77,6 +78,7 @@ void AddOptions(CLI::App& program, Options& options) {
   program
       .add_option("--fault", options.faults,
                   "KIND,KEY=VALUE,... such as late,ms=2000,at=3 (" + kxsim::FaultKinds() + ")")
+      ->allow_extra_args(false)
       ->type_name("FAULT");
   program.add_flag("--raw", options.raw, "Start with a raw terminal and not the system's settings");
 }

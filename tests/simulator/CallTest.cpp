@@ -79,6 +79,20 @@ TEST(Call, NeedsSilenceAroundTheEscape) {
   EXPECT_EQ(second.Ask("+++", "+++"), "+++");
 }
 
+TEST(Call, LastsAsLongAsAHostHasTheLineOpen) {
+  SimulatedDevice device(ProfileOf(kGprs));
+  Host host(device.Path());
+  EXPECT_EQ(host.Ask("ATD*99#\r", kConnect), kConnect);
+  for (int i = 0; i < 20; ++i) {
+    const int others[] = {open(device.Path().c_str(), O_RDWR | O_NOCTTY),
+                          open(device.Path().c_str(), O_RDWR | O_NOCTTY)};
+    for (const int other : others) {
+      close(other);
+      ASSERT_EQ(host.Ask("AT\r", "AT\r"), "AT\r");
+    }
+  }
+}
+
 struct Command {
   const char* command;
   std::string sent;

@@ -6,6 +6,7 @@
 #include <tests/simulator/Host.h>
 
 #include <string>
+#include <thread>
 
 namespace kxsim {
 namespace {
@@ -137,6 +138,22 @@ TEST(Line, OutlivesAHostThatComesAndGoes) {
     EXPECT_TRUE(host.Send("xyz"));
   }
   EXPECT_EQ(device.Commands().size(), 20U);
+}
+
+TEST(Line, IsFreeAgainAfterAHostThatWantedItAlone) {
+  SimulatedDevice device(ProfileOf(""));
+  const int alone = open(device.Path().c_str(), O_RDWR | O_NOCTTY);
+  ASSERT_EQ(ioctl(alone, TIOCEXCL), 0);
+  close(alone);
+  // Until the device has seen the close, root finds the claim there, and others are not let in.
+  int claimed = 1;
+  for (int i = 0; i < 100'000 && claimed != 0; ++i) {
+    const int next = open(device.Path().c_str(), O_RDWR | O_NOCTTY);
+    if (next >= 0) ioctl(next, TIOCGEXCL, &claimed);
+    close(next);
+    std::this_thread::yield();
+  }
+  EXPECT_EQ(claimed, 0);
 }
 
 TEST(Line, ShowsAHangUp) {

@@ -124,7 +124,7 @@ TEST(Program, ListsAndDescribes) {
 TEST(Program, PlaysUnderALinkUntilItIsStopped) {
   const std::string link = TempPath("link");
   std::filesystem::create_symlink("/nowhere", link);
-  Program program({"gsm-phone-9600", "--link", link, "--trace", "--fault", "rubbish,text=\x01"});
+  Program program({"--trace", "--link", link, "--fault", "rubbish,text=\x01", "gsm-phone-9600"});
   const std::string path = program.Line();
   EXPECT_THAT(path, StartsWith("/dev/"));
   EXPECT_EQ(std::filesystem::read_symlink(link), path);
