@@ -31,6 +31,7 @@ class Port {
   const std::string& Path() const { return path_; }  // what was opened
   CSWirelessModem& Device() { return device_; }
   CSModem* Modem() { return device_.m_pModem; }
+  kxsim::SimulatedDevice* Simulated() { return simulated_.get(); }  // null for a real port
 
  private:
   Result Load(const std::string& profileName, kxsim::Profile& profile) const;

@@ -106,6 +106,25 @@ void ReplaceNumbers(Recording& recording) {
   }
 }
 
+// What comes of raising the speed and of preparing a call. Where the recording is silent one short
+// try is enough: it is never late.
+void ExpectCall(Port& port, const Identity& identity, kxsim::Expectation& expect) {
+  port.Modem()->m_nRetries = 1;
+  port.Modem()->m_dwResponseTimeout = 200;
+  unsigned long speed = identity.speed;
+  port.Device().DetectModemBaudRate(identity.platform, speed);
+  expect.fastBaud = static_cast<int>(speed);
+
+  port.Simulated()->ClearCommands();
+  KXModemProperties properties = identity.Properties();
+  port.Device().PrepareDeviceForConnection(&properties, "internet");
+  expect.prepare = port.Simulated()->Commands();
+  expect.lastError = static_cast<int>(GetLastModemError());
+  if ((identity.platform & (PLATFORM_GPRS | PLATFORM_EDGE | PLATFORM_UMTS)) != 0) {
+    expect.dial = NumberToDial(identity);
+  }
+}
+
 }  // namespace
 
 Result RecordDevice(Port& port, const Report& report, Recording& recording) {
@@ -139,10 +158,8 @@ Result RecordExpectation(kxsim::Profile& profile) {
   }
   identity.platform = kxwan::CorrectPlatform(port.Modem(), identity.platform);
   ReadNames(port, identity);
-  const bool hasBattery = port.Device().GetBatteryLevelFromDevice(&info);
+  port.Device().GetBatteryLevelFromDevice(&info);
   long pinLength = 0;
-  char dial[16] = "";
-  kxwan::DialNumber(identity.manufacturer.c_str(), identity.model.c_str(), dial, sizeof dial);
 
   kxsim::Expectation& expect = profile.expect;
   expect.platform = PlatformNames(identity.platform);
@@ -153,10 +170,10 @@ Result RecordExpectation(kxsim::Profile& profile) {
   expect.coverage = info.szCoverage;
   expect.version = info.szVersion;
   expect.signal = info.nSignalLevel;
-  if (hasBattery) expect.battery = static_cast<int>(info.dwBatteryLevel);
+  expect.battery = static_cast<int>(info.dwBatteryLevel);
   expect.sim = port.Device().IsPasswordRequired(&pinLength);
   expect.pinLength = static_cast<int>(pinLength);
-  expect.dial = dial;
+  ExpectCall(port, identity, expect);
   return {};
 }
 

@@ -33,10 +33,19 @@ void AddVerbs(CLI::App& app, Options& options, bool& json,
   }
 }
 
+// What CLI11 says of an unknown verb is that it did not expect an argument.
+std::string Complaint(const CLI::App& app, const CLI::ParseError& error) {
+  std::string text = error.what();
+  if (!app.get_subcommands().empty()) return text + " (see kxwan --help)";
+  text += ". The verbs are";
+  for (const Verb* verb : kVerbs) text += std::string(" ") + verb->name;
+  return text + ": see kxwan --help.";
+}
+
 // Help and the version are no errors.
 int FinishParse(const CLI::App& app, const CLI::ParseError& error, bool json) {
   if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) return app.exit(error);
-  return Report(json).Finish(WrongCall(std::string(error.what()) + " (see kxwan --help)"));
+  return Report(json).Finish(WrongCall(Complaint(app, error)));
 }
 
 int Run(int argc, char** argv) {

@@ -70,7 +70,8 @@ TEST(Record, WritesAProfileThatPlaysTheDeviceAndNamesNobody) {
   const std::string content = ContentOf(file);
   EXPECT_THAT(content, Not(HasSubstr("350000000000018")));
   EXPECT_THAT(content, Not(HasSubstr("corp")));
-  for (const char* kept : {"2005-04-12", "platform = \"GSM, GPRS\"", "sim = 1014"}) {
+  for (const char* kept : {"2005-04-12", "platform = \"GSM, GPRS\"", "sim = 1014",
+                           "fast_baud = ", "prepare = [", "last_error = ", "dial = \"*99***3#\""}) {
     EXPECT_THAT(content, HasSubstr(kept));
   }
   EXPECT_EQ(RunProgram({"detect", "sim:" + file}).out, RunProgram({"detect", port}).out);
