@@ -10,7 +10,7 @@ mkdir -p "$clean"
 tidy() {
   local source=$1 key
   key=$({
-    cat .clang-tidy benchmarks/.clang-tidy
+    cat .clang-tidy ./*/.clang-tidy
     clang++ -std=c++20 -E -I. "$source" 2>&1
   } | sha256sum | cut -c1-32)
   [[ -e $clean/$key ]] && return
