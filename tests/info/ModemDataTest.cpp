@@ -9,8 +9,6 @@ namespace {
 
 using std::string_literals::operator""s;
 
-// Blocks that this thread, and not the device's, has allocated and not freed.
-
 TEST(ModemData, ReadsInItsOrder) {
   const Answers kAnswers = {{"ATE0V1", "OK"},    {"AT+GMI", "Nokia"},
                             {"AT+GMM", "6310i"}, {"AT+GCAP", "+CGSM"},
