@@ -71,6 +71,7 @@ bool AskAll(std::vector<Host>& hosts) {
   const auto unfinished = [](const Host& host) { return host.received < kReplyBytes; };
   while (std::any_of(hosts.begin(), hosts.end(), unfinished)) {
     std::vector<pollfd> watched;
+    watched.reserve(hosts.size());
     for (const Host& host : hosts) watched.push_back({host.fd, POLLIN, 0});
     if (poll(watched.data(), watched.size(), 5000) <= 0) return false;
     for (size_t i = 0; i < hosts.size(); ++i) {
