@@ -24,7 +24,8 @@ Delivery Device::Prepared(const Outcome& outcome) {
   if (delivery.pieces.empty()) delivery.pieces.push_back(interpreter_.Spoken(outcome));
   delivery.pause = milliseconds(outcome.latencyMs + profile_.line.latencyMs);
   delivery.pieceGap = milliseconds(outcome.gapMs);
-  faults_.Spoil(delivery, speed_);
+  // The host was heard, so its speed is the line's, also of a device that takes any.
+  faults_.Spoil(delivery, terminal_.HostSpeed());
   return delivery;
 }
 
