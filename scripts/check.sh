@@ -5,7 +5,7 @@ set -uo pipefail
 cd "$(dirname "$0")/.." || exit
 logs=build/check
 mkdir -p "$logs"
-jobs=$(nproc)
+jobs=$((3 * $(nproc)))
 nobody=65534
 
 # Name, function, and what it means.
