@@ -30,6 +30,7 @@
 #include <KXWAN/info/Registration.h>
 #include <KXWAN/info/Signal.h>
 #include <KXWAN/info/Version.h>
+#include <KXWAN/modem/AnswerCounts.h>
 #include <KXWAN/modem/CSModem.h>
 #include <KXWAN/modem/KXModemProperties.h>
 #include <KXWAN/modem/ResultCode.h>

@@ -19,6 +19,7 @@ clang     clang builds everything, warnings are errors
 tidy      clang-tidy finds nothing
 symbols   exported names as in packaging/KXWAN.symbols
 sanitize  tests under address and undefined-behaviour sanitizers
+threads   8 threads with a device each under the thread sanitizer
 user      the same as an ordinary user
 END
 }
@@ -38,6 +39,10 @@ step_symbols() {
     scripts/check-symbols.sh build/dev/KXWAN/libKXWAN.so
 }
 build_sanitized() { cmake --preset asan && cmake --build --preset asan; }
+step_threads() {
+  cmake --preset tsan -DKXWAN_BUILD_TESTS=ON &&
+    cmake --build --preset tsan --target threads_tests && build/tsan/tests/threads_tests
+}
 step_sanitize() { build_sanitized && ctest --preset asan -j "$jobs"; }
 
 # Root is let through where others are not, so root runs the tests a second time as nobody. The

@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include <tool/Progress.h>
+#include <tool/Reading.h>
 #include <tool/Text.h>
 
 namespace kxtool {
@@ -16,13 +17,15 @@ Failure SilentDevice(const Port& port) {
                       "\"kxwan ports\" lists all.");
 }
 
-// For a device that takes its time: the usual speeds again, with the time that an ordinary command
+// For a device that takes its time: the usual speeds again, with more time than an ordinary command
 // gets.
 bool FindSpeedPatiently(Port& port, unsigned long& speed) {
   constexpr unsigned long kSpeeds[] = {19200, 57600, 115200, 230400, 9600};
+  constexpr unsigned long kTimeoutMs = 3500;
+  std::string reply;
   return std::any_of(std::begin(kSpeeds), std::end(kSpeeds), [&](unsigned long candidate) {
     speed = candidate;
-    return port.Modem()->m_pSerial->SetDataFormat(candidate, -1, -1, -1) != 0 && Answers(port);
+    return AnswersAt(port, candidate, "ATE0V1", kTimeoutMs, reply);
   });
 }
 
@@ -46,18 +49,33 @@ KXModemProperties Identity::Properties() const {
 Result FindSpeed(Port& port, const Report& report, unsigned long& speed) {
   const Progress progress("searching the speed at which the device answers", !report.IsJson());
   if (kxwan::FindLineSpeed(port.Modem(), speed)) return {};
-  if (FindSpeedPatiently(port, speed)) return {};
-  return SilentDevice(port);
+  return FindSpeedPatiently(port, speed) ? Result() : SilentDevice(port);
 }
 
 Result Identify(Port& port, const Report& report, Identity& identity) {
   if (Result failure = FindSpeed(port, report, identity.speed)) return failure;
-  if (!DetectWirelessPhone(port.Modem(), identity.speed, identity.platform)) {
-    return SilentDevice(port);
-  }
-  identity.platform = kxwan::CorrectPlatform(port.Modem(), identity.platform);
-  ReadNames(port, identity);
-  return Answers(port) ? Result() : StoppedAnswering(port);
+  const Progress progress("asking who it is", !report.IsJson());
+  constexpr unsigned long kTimeoutMs = 5000;
+  bool answered = false;
+  const Reading reading = ReadInTime(port, [&] {
+    answered = DetectWirelessPhone(port.Modem(), identity.speed, identity.platform);
+    if (!answered) return;
+    // A device whose radio has just been switched on did not take it before.
+    Ask(port, "ATE0V1", kTimeoutMs);
+    identity.platform = kxwan::CorrectPlatform(port.Modem(), identity.platform);
+    ReadNames(port, identity);
+  });
+  if (reading.failure) return reading.failure;
+  identity.ignored = reading.ignored;
+  return answered ? Result() : SilentDevice(port);
+}
+
+Result CheckIdentified(const Port& port, const Identity& identity) {
+  if (identity.platform != PLATFORM_UNKNOWN || identity.ignored == 0) return {};
+  return DeviceFailed("The device on " + Printable(port.Name()) + " left " +
+                      std::to_string(identity.ignored) +
+                      " questions without an answer, so that it is not known what it is. Switch "
+                      "it off and on, and try again.");
 }
 
 void ReadNames(Port& port, Identity& identity) {
@@ -85,16 +103,6 @@ std::string PlatformNames(CHandsetPlatform platform) {
   return GetModemProtocolTypeAsString(platform);
 }
 
-bool Answers(Port& port) {
-  constexpr unsigned long kTimeoutMs = 1500;
-  return Ask(port, "ATE0V1", kTimeoutMs).result != kxwan::kResultTimeout;
-}
-
-Failure StoppedAnswering(const Port& port) {
-  return DeviceFailed("The device on " + Printable(port.Name()) +
-                      " stopped answering: is it still there?");
-}
-
 Exchange Ask(Port& port, const std::string& command, unsigned long timeoutMs) {
   Exchange exchange;
   CString response;
@@ -102,6 +110,19 @@ Exchange Ask(Port& port, const std::string& command, unsigned long timeoutMs) {
   exchange.text = response.String();
   response.LockBuffer();  // else the buffer of an ordinary text is never freed
   return exchange;
+}
+
+bool AnswersAt(Port& port, unsigned long speed, const std::string& command, unsigned long timeoutMs,
+               std::string& reply) {
+  CSModem& modem = *port.Modem();
+  if (modem.m_pSerial->SetDataFormat(speed, -1, -1, -1) == 0) return false;
+  if (!modem.SendCommand((command + "\r").c_str())) return false;
+  int result = 0;
+  CString response;
+  const bool answered = modem.GetResponse(result, response, timeoutMs);
+  reply = response.String();
+  response.LockBuffer();
+  return answered;
 }
 
 std::string ResultName(const Exchange& exchange) {
@@ -112,6 +133,12 @@ std::string ResultName(const Exchange& exchange) {
       return "ERROR";
     case kxwan::kResultEquipmentError:
       return "error " + exchange.text;
+    case kxwan::kResultInDoubt:
+      return "not sent";
+    case kxwan::kResultDeviceGone:
+      return "device gone";
+    case kxwan::kResultNotSent:
+      return "line blocked";
     default:
       return "no answer";
   }

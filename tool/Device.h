@@ -16,6 +16,7 @@ struct Identity {
   std::string manufacturer;
   std::string model;
   unsigned long speed = 0;
+  uint32_t ignored = 0;  // questions that the device never answers
 
   // The record that preparing the device wants.
   KXModemProperties Properties() const;
@@ -27,6 +28,9 @@ Result FindSpeed(Port& port, const Report& report, unsigned long& speed);
 
 // Finds the speed and asks the device who it is.
 Result Identify(Port& port, const Report& report, Identity& identity);
+
+// Fails where nothing is known of the platform because the device left questions without an answer.
+Result CheckIdentified(const Port& port, const Identity& identity);
 
 // The device's own words for itself.
 void ReadNames(Port& port, Identity& identity);
@@ -45,14 +49,18 @@ struct Exchange {
   std::string text;
 
   bool IsOk() const { return result == kxwan::kResultOk; }
+  bool Came() const {
+    return result < kxwan::kResultTimeout || result == kxwan::kResultEquipmentError;
+  }
 };
 Exchange Ask(Port& port, const std::string& command, unsigned long timeoutMs);
 
-// Whether the device answers at all. Its echo is off and its results are words afterwards.
-bool Answers(Port& port);
-Failure StoppedAnswering(const Port& port);
+// Whether a device answers at the speed, where the port stays then. Any answer will do, so that
+// nothing else is sent to know whose it is.
+bool AnswersAt(Port& port, unsigned long speed, const std::string& command, unsigned long timeoutMs,
+               std::string& reply);
 
-// "OK", "ERROR", "error 10" or "no answer".
+// "OK", "ERROR", "error 10", "no answer", "not sent", "device gone" or "line blocked".
 std::string ResultName(const Exchange& exchange);
 
 }  // namespace kxtool

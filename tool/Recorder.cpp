@@ -5,13 +5,14 @@
 #include <tool/Device.h>
 #include <tool/PrivateText.h>
 #include <tool/Progress.h>
+#include <tool/Reading.h>
 #include <tool/Text.h>
 
 namespace kxtool {
 namespace {
 
 constexpr unsigned long kTimeoutMs = 5000;
-constexpr unsigned long kSearchTimeoutMs = 500;
+constexpr unsigned long kSearchTimeoutMs = 1000;
 
 // The test and read forms of everything that the library sends, and the numbers of the device and
 // its owner, so that they are known wherever they occur. None of them changes a setting.
@@ -33,20 +34,16 @@ constexpr const char* kQueries[] = {
 // put back afterwards.
 constexpr const char* kReportQueries[] = {"AT+CMEE=1;+CPIN?", "AT+CMEE=1", "AT+CPIN?", "AT+CMEE=0"};
 
-// Whether a device answers at the speed, without a change to its settings.
-bool AnswersAt(Port& port, unsigned long speed, bool& echo) {
-  if (port.Modem()->m_pSerial->SetDataFormat(speed, -1, -1, -1) == 0) return false;
-  const Exchange exchange = Ask(port, "AT", kSearchTimeoutMs);
-  echo = exchange.text.find("AT") != std::string::npos;
-  return exchange.result != kxwan::kResultTimeout;
-}
-
 Result FindSpeedAndEcho(Port& port, const Report& report, unsigned long& speed, bool& echo) {
   constexpr unsigned long kSpeeds[] = {115200, 9600, 57600, 19200, 230400, 38400, 460800};
   const Progress progress("searching the speed at which the device answers", !report.IsJson());
   for (const unsigned long candidate : kSpeeds) {
     speed = candidate;
-    if (AnswersAt(port, candidate, echo)) return {};
+    std::string reply;
+    const bool answers = AnswersAt(port, candidate, "AT", kSearchTimeoutMs, reply);
+    // Its echo comes at once, also from a device whose answer comes only at the next speed.
+    echo = echo || reply.find("AT") != std::string::npos;
+    if (answers) return {};
   }
   // Its results may be numbers only: this makes them words and leaves them so.
   return FindSpeed(port, report, speed);
@@ -78,14 +75,16 @@ kxsim::Answer AsAnswer(const Exchange& exchange, Recording& recording) {
   return answer;
 }
 
-// A question without an answer is one thing, a device that answers nothing any more another.
+// A question without an answer is one thing, a device that is late or answers nothing any more
+// another.
 Result Record(Port& port, const std::string& command, Recording& recording) {
-  const Exchange exchange = Ask(port, command, kTimeoutMs);
+  Exchange exchange;
+  const Reading reading = ReadInTime(port, [&] { exchange = Ask(port, command, kTimeoutMs); });
+  if (reading.failure) return reading.failure;
   ++recording.asked;
+  if (reading.ignored > 0) ++recording.silent;
   kxsim::AddReply(recording.profile, command, AsAnswer(exchange, recording));
-  if (exchange.result != kxwan::kResultTimeout) return {};
-  ++recording.silent;
-  return Answers(port) ? Result() : StoppedAnswering(port);
+  return {};
 }
 
 Result RecordReports(Port& port, Recording& recording) {
@@ -110,7 +109,7 @@ void ReplaceNumbers(Recording& recording) {
 // try is enough: it is never late.
 void ExpectCall(Port& port, const Identity& identity, kxsim::Expectation& expect) {
   port.Modem()->m_nRetries = 1;
-  port.Modem()->m_dwResponseTimeout = 200;
+  port.Modem()->m_dwResponseTimeout = 1000;
   unsigned long speed = identity.speed;
   port.Device().DetectModemBaudRate(identity.platform, speed);
   expect.fastBaud = static_cast<int>(speed);
@@ -136,7 +135,7 @@ Result RecordDevice(Port& port, const Report& report, Recording& recording) {
   recording.profile.line.echo = echo;
 
   const Progress progress("asking the device", !report.IsJson());
-  Ask(port, "ATE0V1", kTimeoutMs);
+  if (Result failure = CheckAnswers(port)) return failure;
   for (const char* command : kQueries) {
     if (Result failure = Record(port, command, recording)) return failure;
   }

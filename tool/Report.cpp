@@ -38,7 +38,7 @@ void Report::Item(const char* list, const Json& element, const std::string& line
   Line(line);
 }
 
-int Report::Finish(const Result& result) {
+int Report::Finish(Result result) {
   if (json_) {
     Json whole = {{"ok", !result.has_value()}};
     if (result) whole["error"] = result->sentence;
@@ -47,6 +47,8 @@ int Report::Finish(const Result& result) {
     const std::string text = whole.dump(2, ' ', true, Json::error_handler_t::replace);
     std::printf("%s\n", text.c_str());
   }
+  const bool written = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+  if (!written && !result) result = DeviceFailed("What was to be shown could not be written.");
   if (result) std::fprintf(stderr, "kxwan: %s\n", result->sentence.c_str());
   return result ? result->status : kDone;
 }

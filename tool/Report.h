@@ -28,8 +28,9 @@ class Report {
   void Data(const char* key, const Json& value) { object_[key] = value; }
   void Line(const std::string& line);
 
-  // Ends the report: the failure goes to standard error, as a sentence. Gives the exit status.
-  int Finish(const Result& result);
+  // Ends the report: the failure goes to standard error, as a sentence. Gives the exit status. What
+  // could not be written is a failure too.
+  int Finish(Result result);
 
  private:
   bool json_;

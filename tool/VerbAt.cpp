@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include <tool/Device.h>
+#include <tool/Reading.h>
 #include <tool/Text.h>
 #include <tool/Verb.h>
 
@@ -51,14 +52,23 @@ Result Run(const Options& options, Report& report) {
   report.Data("speed", speed);
 
   std::vector<std::string> refused;
+  bool allSent = true;
   for (const std::string& command : options.commands) {
     const auto timeoutMs = static_cast<unsigned long>(options.timeoutSeconds) * 1000;
     const Exchange exchange = Ask(port, command, timeoutMs);
     ShowExchange(command, exchange, report);
+    if (exchange.result == kxwan::kResultDeviceGone) return NoAnswer(port, exchange.result);
+    if (exchange.result == kxwan::kResultInDoubt) allSent = false;
     if (!exchange.IsOk()) refused.push_back(command);
   }
   if (refused.empty()) return {};
-  return DeviceFailed("The device did not answer OK to " + Joined(refused, ", ") + ".");
+  std::string sentence = "The device did not answer OK to " + Joined(refused, ", ") + ".";
+  if (!allSent) {
+    sentence +=
+        " A command is not sent while answers to earlier ones may still come: wait longer for each "
+        "with --timeout.";
+  }
+  return DeviceFailed(sentence);
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 #include <tool/Device.h>
+#include <tool/Reading.h>
 #include <tool/Verb.h>
 
 namespace kxtool {
@@ -9,10 +10,12 @@ Result Run(const Options& options, Report& report) {
   if (Result failure = port.Open()) return failure;
   Identity identity;
   if (Result failure = Identify(port, report, identity)) return failure;
+  if (Result failure = CheckIdentified(port, identity)) return failure;
   report.Fact("platform", "Platform", PlatformNames(identity.platform));
   report.Fact("manufacturer", "Manufacturer", identity.manufacturer);
   report.Fact("model", "Model", identity.model);
   report.Fact("speed", "Speed", identity.speed, "bit/s");
+  ShowIgnored(identity.ignored, report);
   return {};
 }
 

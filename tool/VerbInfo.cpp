@@ -1,5 +1,8 @@
+#include <string_view>
+
 #include <tool/Device.h>
 #include <tool/Progress.h>
+#include <tool/Reading.h>
 #include <tool/Verb.h>
 
 namespace kxtool {
@@ -22,19 +25,69 @@ constexpr InfoText kTexts[] = {
 // Nothing where the device does not say.
 Json Told(int32_t value) { return value < 0 ? Json(nullptr) : Json(value); }
 
-void ShowRecord(const ModemInfo& info, Report& report) {
-  for (const InfoText& row : kTexts) report.Fact(row.key, row.label, row.value(info));
-  report.Fact("signal", "Signal", info.nSignalLevel, "%");
+// What the readers of a record write where they were told nothing. A device that refuses to tell is
+// shown as they put it, but silence is no value.
+Json TextTold(std::string_view text, bool silent) {
+  const bool nothing = text == "Error" || text == "Unknown";
+  return silent && nothing ? Json(nullptr) : Json(text);
+}
+
+struct Registration {
+  bool told = false;
+  kxwan::RegistrationState state = kxwan::RegistrationState::kUnknown;
+};
+
+struct Information {
+  ModemInfo record = {};
+  bool recordIgnored = false;  // commands that it takes, by the device
+  kxwan::BatteryReading battery = {-1, -1, -1};
+  Registration circuit;
+  Registration packet;
+  uint32_t ignored = 0;
+};
+
+Result ReadRecord(Port& port, Information& information) {
+  bool answered = false;
+  const Reading reading =
+      ReadInTime(port, [&] { answered = port.Device().GetModemData(&information.record); });
+  if (reading.failure) return reading.failure;
+  information.recordIgnored = reading.ignored > 0;
+  information.ignored += reading.ignored;
+  return answered ? Result() : NoAnswer(port, kxwan::kResultTimeout);
+}
+
+Registration ReadDomain(Port& port, kxwan::RegistrationDomain domain) {
+  Registration read;
+  read.told = kxwan::ReadRegistration(port.Modem(), domain, read.state);
+  return read;
+}
+
+Result ReadOthers(Port& port, Information& information) {
+  const Reading reading = ReadInTime(port, [&] {
+    kxwan::ReadBattery(port.Modem(), information.battery);
+    information.circuit = ReadDomain(port, kxwan::RegistrationDomain::kCircuit);
+    information.packet = ReadDomain(port, kxwan::RegistrationDomain::kPacket);
+  });
+  information.ignored += reading.ignored;
+  return reading.failure;
+}
+
+void ShowRecord(const Information& information, Report& report) {
+  const ModemInfo& info = information.record;
+  const bool silent = information.recordIgnored;
+  for (const InfoText& row : kTexts) {
+    report.Fact(row.key, row.label, TextTold(row.value(info), silent));
+  }
+  const bool noSignal = silent && info.nSignalLevel == 0;
+  report.Fact("signal", "Signal", Told(noSignal ? -1 : info.nSignalLevel), "%");
   report.Fact("flags", "Device flags", PlatformNames(info.dwDeviceFlags));
   report.Fact("non_cdma", "Not CDMA", info.bNonCDMA != 0);
   report.Fact("gtran", "GTRAN", info.bIsGTRAN != 0);
   report.Fact("sim_missing", "SIM missing", info.bSIMNotInserted != 0);
 }
 
-void ShowBattery(Port& port, Report& report) {
+void ShowBattery(const kxwan::BatteryReading& reading, Report& report) {
   constexpr const char* kSupplies[] = {"on battery", "on external power", "no battery", "fault"};
-  kxwan::BatteryReading reading = {-1, -1, -1};
-  kxwan::ReadBattery(port.Modem(), reading);
   report.Fact("battery", "Battery", Told(reading.percent), "%");
   if (reading.millivolts >= 0) report.Fact("millivolts", "Voltage", reading.millivolts, "mV");
   if (reading.status >= 0 && reading.status <= 3) {
@@ -42,22 +95,9 @@ void ShowBattery(Port& port, Report& report) {
   }
 }
 
-void ShowRegistration(Port& port, Report& report) {
-  struct Domain {
-    kxwan::RegistrationDomain domain;
-    const char* key;
-    const char* label;
-  };
-  constexpr Domain kDomains[] = {
-      {kxwan::RegistrationDomain::kCircuit, "network", "Network"},
-      {kxwan::RegistrationDomain::kPacket, "packet_network", "Packet network"},
-  };
-  for (const Domain& row : kDomains) {
-    kxwan::RegistrationState state = kxwan::RegistrationState::kUnknown;
-    if (kxwan::ReadRegistration(port.Modem(), row.domain, state)) {
-      report.Fact(row.key, row.label, kxwan::RegistrationText(state));
-    }
-  }
+void ShowRegistration(const char* key, const char* label, const Registration& registration,
+                      Report& report) {
+  if (registration.told) report.Fact(key, label, kxwan::RegistrationText(registration.state));
 }
 
 Result Run(const Options& options, Report& report) {
@@ -65,16 +105,18 @@ Result Run(const Options& options, Report& report) {
   if (Result failure = port.Open()) return failure;
   unsigned long speed = 0;
   if (Result failure = FindSpeed(port, report, speed)) return failure;
-  ModemInfo info = {};
+  Information information;
   {
     const Progress progress("reading", !report.IsJson());
-    if (!port.Device().GetModemData(&info)) return StoppedAnswering(port);
+    if (Result failure = ReadRecord(port, information)) return failure;
+    if (Result failure = ReadOthers(port, information)) return failure;
   }
-  ShowRecord(info, report);
-  ShowBattery(port, report);
-  ShowRegistration(port, report);
-  // A device that left in the middle shows by this alone: all that is not told looks the same.
-  return Answers(port) ? Result() : StoppedAnswering(port);
+  ShowRecord(information, report);
+  ShowBattery(information.battery, report);
+  ShowRegistration("network", "Network", information.circuit, report);
+  ShowRegistration("packet_network", "Packet network", information.packet, report);
+  ShowIgnored(information.ignored, report);
+  return {};
 }
 
 }  // namespace

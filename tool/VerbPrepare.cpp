@@ -2,6 +2,7 @@
 
 #include <tool/Device.h>
 #include <tool/Progress.h>
+#include <tool/Reading.h>
 #include <tool/Text.h>
 #include <tool/Verb.h>
 
@@ -48,8 +49,15 @@ void AddOptions(CLI::App& app, Options& options) {
 Result Prepare(Port& port, Identity& identity, const Options& options, Report& report) {
   KXModemProperties properties = identity.Properties();
   const Progress progress("readying the device, which may have to attach", !report.IsJson());
-  if (port.Device().PrepareDeviceForConnection(&properties, options.apn.c_str())) return {};
-  const unsigned long code = GetLastModemError();
+  bool prepared = false;
+  unsigned long code = kxwan::kNoConnectError;
+  const Reading reading = ReadInTime(port, [&] {
+    prepared = port.Device().PrepareDeviceForConnection(&properties, options.apn.c_str());
+    code = GetLastModemError();
+  });
+  if (reading.failure) return reading.failure;
+  identity.ignored += reading.ignored;
+  if (prepared) return {};
   report.Data("code", code);
   return DeviceFailed("The device is not ready for a data call (code " + std::to_string(code) +
                       "). " + kxwan::DescribeConnectError(code));
@@ -61,6 +69,7 @@ Result Run(const Options& options, Report& report) {
   Identity identity;
   if (Result failure = Identify(port, report, identity)) return failure;
   if (!options.types.empty()) identity.platform = PlatformOf(options.types);
+  if (Result failure = CheckIdentified(port, identity)) return failure;
   report.Fact("platform", "Platform", PlatformNames(identity.platform));
   if ((identity.platform & kNeedsApn) != 0 && options.apn.empty()) {
     return WrongCall("This device needs the network's access point name: add --apn APN.");
@@ -71,6 +80,7 @@ Result Run(const Options& options, Report& report) {
                                                                   identity.model.c_str());
   report.Fact("dial", "Dial", NumberToDial(identity));
   report.Fact("dial_speed", "At", isSlow ? 57600UL : identity.speed, "bit/s");
+  ShowIgnored(identity.ignored, report);
   return {};
 }
 

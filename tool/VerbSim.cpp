@@ -4,6 +4,7 @@
 
 #include <tool/Device.h>
 #include <tool/Progress.h>
+#include <tool/Reading.h>
 #include <tool/Secret.h>
 #include <tool/Verb.h>
 
@@ -83,7 +84,7 @@ constexpr std::pair<SimState, const char*> kStateNames[] = {
     {SimState::kPuk2, "puk2"},       {SimState::kDeviceLock, "device lock"},
     {SimState::kMissing, "missing"}, {SimState::kBusy, "busy"},
     {SimState::kFailed, "failed"},   {SimState::kNoAnswer, "no answer"},
-    {SimState::kUnknown, "unknown"},
+    {SimState::kUnknown, "unknown"}, {SimState::kDeviceGone, "device gone"},
 };
 
 void ShowState(SimState state, Report& report) {
@@ -97,16 +98,34 @@ bool IsOpenForUse(SimState state) {
   return state == SimState::kReady || state == SimState::kPin2 || state == SimState::kPuk2;
 }
 
-Result ShowStatus(Port& port, SimState state, Report& report) {
-  const long length = GetSIMPINLength(port.Modem());
+// What was not told is no state: nothing is shown then.
+Result ReadState(Port& port, SimState& state, Report& report) {
+  const Reading reading = ReadInTime(port, [&] { state = kxwan::ReadSimState(port.Modem()); });
+  if (reading.failure) return reading.failure;
+  if (state == SimState::kNoAnswer || state == SimState::kDeviceGone) {
+    return DeviceFailed(kxwan::DescribeSimState(state));
+  }
+  ShowState(state, report);
+  return {};
+}
+
+Result ShowPinLength(Port& port, Report& report) {
+  long length = 0;
+  const Reading reading = ReadInTime(port, [&] { length = GetSIMPINLength(port.Modem()); });
+  if (reading.failure) return reading.failure;
   report.Fact("pin_length", "Longest PIN", length == 0 ? Json(nullptr) : Json(length), "digits");
-  return state == SimState::kNoAnswer ? Result(DeviceFailed(kxwan::DescribeSimState(state)))
-                                      : Result();
+  return {};
 }
 
 // The card's own lock, switched off by the PIN that it just took. Sent once, as the PIN was.
 Result SavePin(Port& port, const Secrets& secrets, Report& report) {
   const Exchange exchange = Ask(port, "AT+CLCK=\"SC\",0,\"" + secrets.pin + "\"", kEntryTimeoutMs);
+  if (!exchange.Came()) {
+    return DeviceFailed(
+        "The PIN was accepted, but it is not known whether the SIM will go on "
+        "asking for it. " +
+        NoAnswer(port, exchange.result).sentence);
+  }
   report.Data("saved", exchange.IsOk());
   if (exchange.IsOk()) {
     report.Line("The SIM will not ask for its PIN any more.");
@@ -114,6 +133,30 @@ Result SavePin(Port& port, const Secrets& secrets, Report& report) {
   }
   return DeviceFailed("The SIM will go on asking for its PIN: the device answered " +
                       ResultName(exchange) + " when it was to switch that off.");
+}
+
+// What is known of an entry whose outcome is not that it was accepted.
+struct EntryFailure {
+  PinOutcome outcome;
+  const char* known;
+};
+
+constexpr char kNotAccepted[] = "was not accepted.";
+constexpr EntryFailure kEntryFailures[] = {
+    {PinOutcome::kNotSent, "was not entered."},
+    {PinOutcome::kInDoubt, "was not entered."},
+    {PinOutcome::kLineBlocked, "was not entered."},
+    {PinOutcome::kNoAnswer, "was entered, but it is not known whether it was accepted."},
+    {PinOutcome::kDeviceGone, "may have been entered, and the try may have counted."},
+};
+
+Failure EntryFailed(const Action& action, PinOutcome outcome) {
+  const auto* row = std::find_if(std::begin(kEntryFailures), std::end(kEntryFailures),
+                                 [&](const EntryFailure& each) { return each.outcome == outcome; });
+  const bool listed = row != std::end(kEntryFailures);
+  return DeviceFailed("The " + std::string(action.secretName) + " " +
+                      (listed ? row->known : kNotAccepted) + " " +
+                      kxwan::DescribePinOutcome(outcome));
 }
 
 Result Enter(Port& port, const Action& action, const Secrets& secrets, SimState state,
@@ -131,11 +174,11 @@ Result Enter(Port& port, const Action& action, const Secrets& secrets, SimState 
     const Progress progress("waiting for the SIM", !report.IsJson());
     outcome = action.enter(port.Modem(), secrets);
   }
-  if (outcome != PinOutcome::kAccepted) {
-    return DeviceFailed("The " + std::string(action.secretName) + " was not accepted. " +
-                        kxwan::DescribePinOutcome(outcome));
+  if (outcome != PinOutcome::kAccepted) return EntryFailed(action, outcome);
+  if (Result failure = ReadState(port, state, report)) {
+    return DeviceFailed("The " + std::string(action.secretName) + " was accepted. " +
+                        failure->sentence);
   }
-  ShowState(kxwan::ReadSimState(port.Modem()), report);
   return {};
 }
 
@@ -164,9 +207,9 @@ Result Run(const Options& options, Report& report) {
   if (Result failure = port.Open()) return failure;
   unsigned long speed = 0;
   if (Result failure = FindSpeed(port, report, speed)) return failure;
-  const SimState state = kxwan::ReadSimState(port.Modem());
-  ShowState(state, report);
-  if (secrets.pin.empty()) return ShowStatus(port, state, report);
+  SimState state = SimState::kNoAnswer;
+  if (Result failure = ReadState(port, state, report)) return failure;
+  if (secrets.pin.empty()) return ShowPinLength(port, report);
   if (Result failure = Enter(port, action, secrets, state, report)) return failure;
   return options.save ? SavePin(port, secrets, report) : Result();
 }

@@ -1,5 +1,6 @@
 #include <tool/Device.h>
 #include <tool/Progress.h>
+#include <tool/Reading.h>
 #include <tool/Verb.h>
 
 namespace kxtool {
@@ -10,6 +11,7 @@ Result Run(const Options& options, Report& report) {
   if (Result failure = port.Open()) return failure;
   Identity identity;
   if (Result failure = Identify(port, report, identity)) return failure;
+  if (Result failure = CheckIdentified(port, identity)) return failure;
   report.Fact("platform", "Platform", PlatformNames(identity.platform));
   report.Fact("before", "Speed before", identity.speed, "bit/s");
   unsigned long speed = identity.speed;
@@ -17,6 +19,7 @@ Result Run(const Options& options, Report& report) {
     const Progress progress("trying faster speeds", !report.IsJson());
     port.Device().DetectModemBaudRate(identity.platform, speed);
   }
+  if (Result failure = CheckAnswers(port)) return failure;
   report.Fact("after", "Speed now", speed, "bit/s");
   return {};
 }

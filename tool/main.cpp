@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <csignal>
 #include <iterator>
 #include <map>
 
@@ -74,4 +75,9 @@ int Run(int argc, char** argv) {
 }  // namespace
 }  // namespace kxtool
 
-int main(int argc, char** argv) { return kxtool::Run(argc, argv); }
+int main(int argc, char** argv) {
+  // A reader that leaves ("kxwan info PORT | head -1") must not end the program with its port open:
+  // the port's settings are put back when it closes.
+  std::signal(SIGPIPE, SIG_IGN);
+  return kxtool::Run(argc, argv);
+}

@@ -1,20 +1,21 @@
 #include <KXWAN/api/CSWirelessModem.h>
 
-#include <KXWAN/foundation/TextPrivate.h>
+#include <KXWAN/foundation/TablePrivate.h>
 #include <KXWAN/handset/Detection.h>
+#include <KXWAN/handset/DetectionPrivate.h>
+#include <KXWAN/modem/ExchangePrivate.h>
 
 #include <algorithm>
 #include <cstring>
 #include <iterator>
 #include <memory>
 #include <new>
+#include <string>
 
 namespace {
 
 using kxwan::Contains;
 using kxwan::CopyText;
-using kxwan::ScopedText;
-using kxwan::View;
 
 constexpr unsigned long kDetectedSpeeds[] = {19200, 57600, 115200, 230400, 9600};
 
@@ -36,13 +37,11 @@ constexpr SearchRule kSearchRules[] = {
 static_assert(std::rbegin(kSearchRules)->platform == 0, "the last row must fit any device");
 
 unsigned long SearchMask(const KXModemProperties& properties) {
-  return std::find_if(
-             std::begin(kSearchRules), std::end(kSearchRules),
-             [&](const SearchRule& row) {
-               return (row.platform == 0 || (properties.dwDeviceType & row.platform) != 0) &&
-                      Contains(properties.szManufacturer, row.manufacturer);
-             })
-      ->baudMask;
+  const auto fits = [&](const SearchRule& row) {
+    return (row.platform == 0 || (properties.dwDeviceType & row.platform) != 0) &&
+           Contains(properties.szManufacturer, row.manufacturer);
+  };
+  return kxwan::FirstRow(kSearchRules, fits).baudMask;
 }
 
 // Cards whose answers promise too little or too much. Every row that fits is applied in turn, so
@@ -61,21 +60,19 @@ constexpr PlatformCorrection kSonyEricssonCards[] = {
 
 std::unique_ptr<CSModem> NewModem() {
   std::unique_ptr<CSModem> modem(new (std::nothrow) CSModem);
-  if (modem != nullptr && modem->m_pSerial == nullptr) modem.reset();
+  if (modem != nullptr && (modem->m_pSerial == nullptr || modem->m_pEngine == nullptr)) {
+    modem.reset();
+  }
   return modem;
 }
 
 }  // namespace
 
 CHandsetPlatform kxwan::CorrectPlatform(CSModem* modem, CHandsetPlatform platform) {
-  ScopedText model;
-  ScopedText manufacturer;
-  if (!GetModelAndManufacturer(modem, model, manufacturer) ||
-      !Contains(manufacturer, "SONY ERICSSON")) {
-    return platform;
-  }
+  const DeviceNames names = ReadDeviceNames(modem);
+  if (!Contains(names.manufacturer.text, "SONY ERICSSON")) return platform;
   for (const PlatformCorrection& row : kSonyEricssonCards) {
-    if (Contains(model, row.model)) platform = (platform & row.keep) | row.add;
+    if (Contains(names.model.text, row.model)) platform = (platform & row.keep) | row.add;
   }
   return platform;
 }
@@ -122,36 +119,27 @@ CHandsetPlatform CSWirelessModem::DetectModem(unsigned long& baud) {
 
 int CSWirelessModem::SendATCommandAndGetReply(const char* command, char* reply, int replySize) {
   constexpr size_t kLongestCommand = 254;
-  std::string_view text(command);
-  if (!text.empty() && text.back() == '\r') text.remove_suffix(1);
-  text = text.substr(0, kLongestCommand);
-  char buffer[kLongestCommand + 2];
-  *std::copy(text.begin(), text.end(), buffer) = '\r';
-  buffer[text.size() + 1] = '\0';
+  std::string text(command);
+  if (!text.empty() && text.back() == '\r') text.pop_back();
+  text = text.substr(0, kLongestCommand) + '\r';
 
-  int result = kxwan::kResultTimeout;
-  ScopedText response;
-  if (!m_pModem->SendCommandGetResponse(buffer, result, response)) return kxwan::kResultTimeout;
-  if (replySize > 0) CopyText(reply, static_cast<size_t>(replySize), View(response));
-  return result;
+  const kxwan::Answer answer = kxwan::Exchange(m_pModem, text.c_str());
+  if (answer.Came()) CopyText(reply, static_cast<size_t>(std::max(replySize, 0)), answer.text);
+  return answer.result;
 }
 
 bool CSWirelessModem::GetModelAndManufacturer(char* model, char* manufacturer) {
-  ScopedText modelText;
-  ScopedText manufacturerText;
-  if (!::GetModelAndManufacturer(m_pModem, modelText, manufacturerText)) return false;
-  strcpy(model, modelText.String());
-  strcpy(manufacturer, manufacturerText.String());
+  const kxwan::DeviceNames names = kxwan::ReadDeviceNames(m_pModem);
+  strcpy(model, names.model.text.c_str());
+  strcpy(manufacturer, names.manufacturer.text.c_str());
   return true;
 }
 
 bool CSWirelessModem::GetModelAndManufacturer(char* model, int modelSize, char* manufacturer,
                                               int manufacturerSize) {
-  ScopedText modelText;
-  ScopedText manufacturerText;
-  if (!::GetModelAndManufacturer(m_pModem, modelText, manufacturerText)) return false;
-  CopyText(model, static_cast<size_t>(std::max(modelSize, 0)), View(modelText));
+  const kxwan::DeviceNames names = kxwan::ReadDeviceNames(m_pModem);
+  CopyText(model, static_cast<size_t>(std::max(modelSize, 0)), names.model.text);
   CopyText(manufacturer, static_cast<size_t>(std::max(manufacturerSize, 0)),
-           View(manufacturerText));
+           names.manufacturer.text);
   return true;
 }

@@ -8,7 +8,8 @@
 struct ModemInfo;
 
 // One device. An object is closed or open; opening an open one fails and leaves it as it is. All
-// methods but the opens and Close presume an open device. One thread uses one object.
+// methods but the opens and Close presume an open device. One thread at a time uses one
+// object; two objects may be used by two threads at the same time.
 class KXWAN_API CSWirelessModem {
  public:
   CSWirelessModem();

@@ -55,5 +55,5 @@ bool KXModemPortOfType(const char* port, const char* type) {
 bool KXModemPortMatch(const char* port, const char* name) {
   kxwan::ScopedText lowered(port);
   lowered.MakeLower();
-  return kxwan::Equals(lowered, name);
+  return kxwan::Equals(lowered.String(), name);
 }

@@ -1,6 +1,6 @@
 #include <KXWAN/api/ProtocolNames.h>
 
-#include <KXWAN/foundation/TextPrivate.h>
+#include <KXWAN/foundation/TablePrivate.h>
 
 #include <algorithm>
 #include <cstring>
@@ -50,7 +50,7 @@ static_assert(LongestText() < kBufferSize, "all names together must fit");
 }  // namespace
 
 const char* GetModemProtocolTypeAsString(unsigned long platform) {
-  static char buffer[kBufferSize];
+  thread_local char buffer[kBufferSize];
   char* end = buffer;
   const auto append = [&](std::string_view text) {
     end = std::copy(text.begin(), text.end(), end);
@@ -66,8 +66,7 @@ const char* GetModemProtocolTypeAsString(unsigned long platform) {
 }
 
 CHandsetPlatform MapDeviceTypeToDeviceFlag(const char* name) {
-  const auto* row =
-      std::find_if(std::begin(kProtocolNames), std::end(kProtocolNames),
-                   [&](const ProtocolName& entry) { return kxwan::Equals(name, entry.text); });
-  return row != std::end(kProtocolNames) ? row->flag : PLATFORM_UNKNOWN;
+  const ProtocolName* row = kxwan::FindRow(
+      kProtocolNames, [name](const ProtocolName& each) { return kxwan::Equals(name, each.text); });
+  return row != nullptr ? row->flag : PLATFORM_UNKNOWN;
 }

@@ -4,7 +4,8 @@
 #include <KXWAN/handset/CHandsetPlatform.h>
 
 // The names of the platform's bits, with ", " between them: "GPRS, EDGE"; "UNKNOWN" when no bit
-// with a name is set. The text lies in one static buffer that every call overwrites.
+// with a name is set. The text lies in a static buffer, one for each thread, that every call
+// overwrites.
 KXWAN_API const char* GetModemProtocolTypeAsString(unsigned long platform);
 
 // The bits that one such name stands for, 0 for any other text. "1xEVDO (Rev-A)" gives both EV-DO

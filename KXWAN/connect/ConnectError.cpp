@@ -1,17 +1,11 @@
 #include <KXWAN/connect/ConnectError.h>
 
-#include <algorithm>
-#include <iterator>
+#include <KXWAN/foundation/TablePrivate.h>
 
 namespace kxwan {
 namespace {
 
-struct ErrorText {
-  unsigned long code;
-  const char* text;
-};
-
-constexpr ErrorText kErrorTexts[] = {
+constexpr CodeText<unsigned long> kErrorTexts[] = {
     {kNoConnectError,
      "No error was recorded. If the preparation failed all the same, the device refused Mobile IP: "
      "prepare it for plain 1xRTT instead."},
@@ -28,14 +22,11 @@ constexpr ErrorText kErrorTexts[] = {
      "The device refused the packet-data context or its quality of service. Check the access point "
      "name and that the manufacturer given is the device's own."},
 };
-constexpr const char* kUnknownText = "This code is not one of the preparation's.";
 
 }  // namespace
 
 const char* DescribeConnectError(unsigned long code) {
-  const auto* row = std::find_if(std::begin(kErrorTexts), std::end(kErrorTexts),
-                                 [&](const ErrorText& entry) { return entry.code == code; });
-  return row != std::end(kErrorTexts) ? row->text : kUnknownText;
+  return TextOf(kErrorTexts, code, "This code is not one of the preparation's.");
 }
 
 }  // namespace kxwan

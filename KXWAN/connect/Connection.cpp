@@ -4,9 +4,9 @@
 #include <KXWAN/connect/GprsSetup.h>
 #include <KXWAN/connect/OneXSetup.h>
 #include <KXWAN/foundation/LastError.h>
+#include <KXWAN/foundation/TablePrivate.h>
 #include <KXWAN/handset/CHandsetPlatform.h>
 
-#include <algorithm>
 #include <iterator>
 
 namespace {
@@ -48,8 +48,8 @@ static_assert(std::rbegin(kPlatforms)->bits == 0, "the last row must fit any dev
 bool PrepareDeviceForConnection(CSModem* modem, KXModemProperties* properties, const char* apn) {
   SetModemError(kxwan::kNoConnectError);
   const CHandsetPlatform platform = properties->dwDeviceType;
-  const auto* row = std::find_if(
-      std::begin(kPlatforms), std::end(kPlatforms),
-      [&](const PlatformRow& entry) { return entry.bits == 0 || (platform & entry.bits) != 0; });
-  return row->prepare(modem, properties, apn);
+  const PlatformRow& row = kxwan::FirstRow(kPlatforms, [platform](const PlatformRow& each) {
+    return each.bits == 0 || (platform & each.bits) != 0;
+  });
+  return row.prepare(modem, properties, apn);
 }

@@ -1,12 +1,12 @@
 #include <KXWAN/connect/DialString.h>
 
-#include <KXWAN/foundation/TextPrivate.h>
+#include <KXWAN/foundation/TablePrivate.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <iterator>
-#include <string>
+#include <string_view>
 
 namespace {
 
@@ -35,12 +35,7 @@ constexpr DialRow kDialRows[] = {
 static_assert(*std::rbegin(kDialRows)->manufacturer == '\0', "the last row must fit any device");
 
 int DialContext(const char* manufacturer, const char* model) {
-  return std::find_if(std::begin(kDialRows), std::end(kDialRows),
-                      [&](const DialRow& row) {
-                        return kxwan::Contains(manufacturer, row.manufacturer) &&
-                               kxwan::Contains(model, row.model);
-                      })
-      ->contextId;
+  return kxwan::FirstRow(kDialRows, kxwan::FitsDevice(manufacturer, model)).contextId;
 }
 
 }  // namespace

@@ -1,8 +1,7 @@
 #include <KXWAN/connect/GprsProfilePrivate.h>
 
-#include <KXWAN/foundation/TextPrivate.h>
+#include <KXWAN/foundation/TablePrivate.h>
 
-#include <algorithm>
 #include <iterator>
 
 namespace kxwan {
@@ -25,9 +24,7 @@ static_assert(*std::rbegin(kProfiles)->manufacturer == '\0', "the last row must 
 }  // namespace
 
 const GprsProfile& FindGprsProfile(const char* manufacturer, const char* model) {
-  return *std::find_if(std::begin(kProfiles), std::end(kProfiles), [&](const GprsProfile& row) {
-    return Contains(manufacturer, row.manufacturer) && Contains(model, row.model);
-  });
+  return FirstRow(kProfiles, FitsDevice(manufacturer, model));
 }
 
 }  // namespace kxwan

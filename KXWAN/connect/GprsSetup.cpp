@@ -1,21 +1,23 @@
 #include <KXWAN/connect/GprsSetup.h>
 
-#include <KXWAN/connect/CommandPrivate.h>
 #include <KXWAN/connect/ConnectError.h>
 #include <KXWAN/connect/GprsProfilePrivate.h>
 #include <KXWAN/foundation/LastErrorPrivate.h>
+#include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/foundation/Waiting.h>
 #include <KXWAN/handset/CHandsetPlatform.h>
+#include <KXWAN/modem/ExchangePrivate.h>
 
 #include <algorithm>
+#include <string>
 #include <string_view>
 
 namespace {
 
 using kxwan::Accepts;
 using kxwan::Fail;
+using kxwan::Formatted;
 using kxwan::GprsProfile;
-using kxwan::ScopedText;
 
 constexpr uint32_t kAttachTimeoutMs = 15000;
 constexpr uint32_t kOrdinaryTimeoutMs = 1500;
@@ -23,11 +25,9 @@ constexpr unsigned long kContextPauseMs = 500;
 constexpr size_t kLongestApn = 100;
 
 bool Attach(CSModem* modem) {
-  ScopedText reply;
-  int result = kxwan::kResultTimeout;
-  const bool answered = modem->SendCommandGetResponse("AT+CGATT?\r", result, reply);
-  if (!answered || result != kxwan::kResultOk) return Fail(kxwan::kNotAnswered);
-  if (kxwan::Contains(reply, "+CGATT: 1")) return true;
+  const kxwan::Answer state = kxwan::Exchange(modem, "AT+CGATT?\r");
+  if (!state.IsOk()) return Fail(kxwan::kNotAnswered);
+  if (kxwan::Contains(state.text, "+CGATT: 1")) return true;
 
   modem->m_dwResponseTimeout = kAttachTimeoutMs;
   const bool attached = Accepts(modem, "AT+CGATT=1\r");
@@ -37,9 +37,8 @@ bool Attach(CSModem* modem) {
 }
 
 bool DefineContext(CSModem* modem, int contextId, const char* apn) {
-  ScopedText command;
-  command.Format("AT+CGDCONT=%d,\"IP\",\"%s\"\r", contextId, apn);
-  return Accepts(modem, command.String()) || Fail(kxwan::kContextRefused);
+  const std::string command = Formatted("AT+CGDCONT=%d,\"IP\",\"%s\"\r", contextId, apn);
+  return Accepts(modem, command.c_str()) || Fail(kxwan::kContextRefused);
 }
 
 // Minimum and requested profile of the context, all parameters left to the subscription.
@@ -47,9 +46,9 @@ bool RequestQos(CSModem* modem, const GprsProfile& profile, CHandsetPlatform pla
   const bool edge = (platform & PLATFORM_EDGE) != 0;
   const char* shortForm = edge ? "AT+CGEQMIN=%d;+CGEQREQ=%d\r" : "AT+CGQMIN=%d;+CGQREQ=%d\r";
   const char* longForm = "AT+CGQMIN=%d,0,0,0,0,0;+CGQREQ=%d,0,0,0,0,0\r";
-  ScopedText command;
-  command.Format(profile.qosByEdge ? shortForm : longForm, profile.contextId, profile.contextId);
-  return Accepts(modem, command.String()) || Fail(kxwan::kContextRefused);
+  const std::string command =
+      Formatted(profile.qosByEdge ? shortForm : longForm, profile.contextId, profile.contextId);
+  return Accepts(modem, command.c_str()) || Fail(kxwan::kContextRefused);
 }
 
 }  // namespace

@@ -1,16 +1,17 @@
 #include <KXWAN/connect/OneXSetup.h>
 
-#include <KXWAN/connect/CommandPrivate.h>
 #include <KXWAN/connect/ConnectError.h>
 #include <KXWAN/foundation/LastErrorPrivate.h>
+#include <KXWAN/foundation/TablePrivate.h>
+#include <KXWAN/modem/ExchangePrivate.h>
 
-#include <algorithm>
 #include <iterator>
 #include <span>
 
 namespace {
 
 using kxwan::Accepts;
+using kxwan::Exchange;
 using kxwan::Fail;
 
 // What a model wants to be told before its mode.
@@ -47,10 +48,10 @@ constexpr Mode kQuickNetConnect = {kQuickNetConnectPreparations, "AT$QCMDR=2;$QC
                                    "AT+CRM=0;+CSO=12\r", "AT$QCMIP=1\r"};
 
 void PrepareModel(CSModem* modem, const Mode& mode, const char* model) {
-  const auto row =
-      std::find_if(mode.preparations.begin(), mode.preparations.end(),
-                   [&](const Preparation& entry) { return kxwan::Contains(model, entry.model); });
-  if (row->command != nullptr) Accepts(modem, row->command);
+  const Preparation& row = kxwan::FirstRow(mode.preparations, [model](const Preparation& each) {
+    return kxwan::Contains(model, each.model);
+  });
+  if (row.command != nullptr) Exchange(modem, row.command);
 }
 
 }  // namespace
@@ -58,9 +59,9 @@ void PrepareModel(CSModem* modem, const Mode& mode, const char* model) {
 bool SetPhoneIn1XMode(CSModem* modem, const char* model, bool oneXMode) {
   const Mode& mode = oneXMode ? kPacketData : kQuickNetConnect;
   PrepareModel(modem, mode, model);
-  const int result = kxwan::ResultOf(modem, mode.command);
-  if (result == kxwan::kResultOk) return true;
-  if (result != kxwan::kResultError) return Fail(kxwan::kNotAnswered);
+  const kxwan::Answer answer = Exchange(modem, mode.command);
+  if (answer.IsOk()) return true;
+  if (answer.result != kxwan::kResultError) return Fail(kxwan::kNotAnswered);
   return Accepts(modem, mode.standard) || Accepts(modem, mode.mobileIp) ||
          Fail(kxwan::kModeRefused);
 }

@@ -19,12 +19,14 @@ struct CStringData {
 //
 // Copies share their characters and the sharing is never counted: a change made in place through
 // one copy (trimming, upper case, Replace, SetAt, appending what still fits) is seen by all. An
-// ordinary buffer is never freed, so a text pointer taken from one stays good; a locked buffer is
-// freed with its owner, and copies of a locked text are copies of the characters. Assigning a C
-// text or an empty text is such a change in place wherever it fits.
+// ordinary buffer is never freed, so a text pointer taken from one stays good. A locked buffer is
+// freed by the first text that lets go of it, also for those that shared it before the lock; copies
+// of a locked text are copies of the characters. Assigning a C text or an empty text is such a
+// change in place wherever it fits.
 //
 // No operation reports an error. Positions count from 0 and a search that finds nothing gives -1.
-// A CString and its copies stay on one thread.
+// A CString and the copies that share its characters are used by one thread at a time. The empty
+// text that all share is never written to.
 class KXWAN_API CString {
  public:
   CString();

@@ -16,7 +16,8 @@ double TickCount() {
 }
 
 uint32_t MillisecondsOfTicks(double ticks) {
-  // Deliberate: 16.6666 and not 1000/60. Every time-out is measured with this factor.
+  // Deliberate: 16.6666 and not 1000/60. The time of the last response is told in such
+  // milliseconds.
   const double milliseconds = ticks * 16.6666;
   if (std::isnan(milliseconds)) return 0;
   return static_cast<uint32_t>(std::clamp(milliseconds, 0.0, 4294967295.0));

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <mutex>
 
 FILE* logFileFD = nullptr;
 
@@ -44,6 +45,8 @@ FILE* OpenLog(const char* path) {
 }
 
 void AppendLogRecord(FILE*& stream, const char* path, std::string_view record) {
+  static std::mutex guard;
+  const std::lock_guard<std::mutex> lock(guard);
   if (stream == nullptr) stream = OpenLog(path);
   if (stream == nullptr) return;
   std::fwrite(record.data(), 1, record.size(), stream);

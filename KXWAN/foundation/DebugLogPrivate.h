@@ -25,7 +25,7 @@ bool IsOwnLogFile(const struct stat& status, uid_t user);
 FILE* OpenLog(const char* path);
 
 // Appends a record to the stream, which is opened first where it is null. A record that finds no
-// log is dropped.
+// log is dropped. One thread at a time gets in: the log is opened once, and a record is one write.
 void AppendLogRecord(FILE*& stream, const char* path, std::string_view record);
 
 }  // namespace kxwan

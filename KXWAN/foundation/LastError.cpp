@@ -2,10 +2,10 @@
 
 uint32_t g_dwModemError = 0;
 
-void SetModemError(unsigned long code) { g_dwModemError = static_cast<uint32_t>(code); }
+void SetModemError(unsigned long code) {
+  __atomic_store_n(&g_dwModemError, static_cast<uint32_t>(code), __ATOMIC_RELAXED);
+}
 
 unsigned long GetLastModemError() {
-  const uint32_t code = g_dwModemError;
-  g_dwModemError = 0;
-  return code;
+  return __atomic_exchange_n(&g_dwModemError, 0, __ATOMIC_RELAXED);
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdio>
 #include <cstring>
 #include <limits>
 
@@ -18,17 +19,18 @@ void MakeEmpty(CString& text) {
   if (!text.IsEmpty()) text.AssignCopy(0, "");
 }
 
-void DiscardText(CString& text) {
-  text.LockBuffer();
-  text.Release();
-}
-
 bool Equals(const char* text, const char* other) {
   return std::strcmp(OrEmpty(text), OrEmpty(other)) == 0;
 }
 
 bool Contains(const char* text, const char* part) {
   return std::strstr(OrEmpty(text), OrEmpty(part)) != nullptr;
+}
+
+bool ContainsNoCase(std::string_view text, std::string_view part) {
+  const auto same = [](char a, char b) { return AsciiLower(a) == AsciiLower(b); };
+  return part.empty() ||
+         std::search(text.begin(), text.end(), part.begin(), part.end(), same) != text.end();
 }
 
 std::string_view TextBehind(std::string_view text, std::string_view tag) {
@@ -60,6 +62,24 @@ void CopyText(char* buffer, size_t size, std::string_view text) {
   const size_t length = std::min({size - 1, text.size(), text.find('\0')});
   std::memmove(buffer, text.data(), length);
   buffer[length] = '\0';
+}
+
+std::string Formatted(const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  std::string text;
+  FormatInto(text, format, arguments);
+  va_end(arguments);
+  return text;
+}
+
+void FormatInto(std::string& text, const char* format, va_list arguments) {
+  va_list again;
+  va_copy(again, arguments);
+  const int length = std::vsnprintf(nullptr, 0, format, arguments);
+  text.resize(static_cast<size_t>(std::max(length, 0)));
+  std::vsnprintf(text.data(), text.size() + 1, format, again);
+  va_end(again);
 }
 
 }  // namespace kxwan

@@ -1,48 +1,39 @@
 #include <KXWAN/handset/Detection.h>
 
-#include <KXWAN/foundation/TextPrivate.h>
+#include <KXWAN/foundation/TablePrivate.h>
+#include <KXWAN/handset/DetectionPrivate.h>
 
-#include <algorithm>
+#include <iterator>
+#include <string_view>
 
 namespace {
 
+using kxwan::Answer;
 using kxwan::Contains;
-using kxwan::Equals;
-using kxwan::ScopedText;
+using kxwan::Exchange;
 
-bool AnswersOk(CSModem* modem, const char* command, CString& reply) {
-  int result = kxwan::kResultTimeout;
-  return modem->SendCommandGetResponse(command, result, reply) && result == kxwan::kResultOk;
-}
+CHandsetPlatform EvDo(CSModem*, std::string_view, CString&) { return PLATFORM_1XEVDO; }
 
-CHandsetPlatform EvDo(CSModem*, const CString&, CString&) { return PLATFORM_1XEVDO; }
-
-CHandsetPlatform EvDoByRevision(CSModem*, const CString& capabilities, CString&) {
+CHandsetPlatform EvDoByRevision(CSModem*, std::string_view capabilities, CString&) {
   return Contains(capabilities, "CIS-856-A") ? PLATFORM_1XEVDO | PLATFORM_1XEVDO_REVA
                                              : PLATFORM_1XEVDO;
 }
 
 // Two EV-DO cards list only their 1xRTT side. The result code does not matter, only the text.
-CHandsetPlatform OneXRttByModel(CSModem* modem, const CString&, CString&) {
-  int result = kxwan::kResultTimeout;
-  ScopedText reply;
-  const bool answered = modem->SendCommandGetResponse("AT+GMM\r", result, reply);
-  const bool evDo = answered && (Contains(reply, "5220") || Contains(reply, "AC580"));
+CHandsetPlatform OneXRttByModel(CSModem* modem, std::string_view, CString&) {
+  const Answer model = Exchange(modem, "AT+GMM\r");
+  const bool evDo = Contains(model.text, "5220") || Contains(model.text, "AC580");
   return evDo ? PLATFORM_1XRTT | PLATFORM_1XEVDO : PLATFORM_1XRTT;
 }
 
-CHandsetPlatform CdmaByModel(CSModem* modem, const CString&, CString&) {
-  int result = kxwan::kResultTimeout;
-  ScopedText reply;
-  const bool answered = modem->SendCommandGetResponse("AT+GMM\r", result, reply);
-  return answered && Contains(reply, "Model 69") ? PLATFORM_1XRTT : PLATFORM_CDMA;
+CHandsetPlatform CdmaByModel(CSModem* modem, std::string_view, CString&) {
+  return Contains(Exchange(modem, "AT+GMM\r").text, "Model 69") ? PLATFORM_1XRTT : PLATFORM_CDMA;
 }
 
 // iDEN handsets list "+CGSM" too.
-CHandsetPlatform GsmOrIden(CSModem* modem, const CString&, CString&) {
-  ScopedText reply;
-  const bool iden = AnswersOk(modem, "AT+FMFR?\r", reply) && Contains(reply, "iDEN");
-  return iden ? PLATFORM_IDEN : PLATFORM_GSM;
+CHandsetPlatform GsmOrIden(CSModem* modem, std::string_view, CString&) {
+  const Answer maker = Exchange(modem, "AT+FMFR?\r");
+  return maker.IsOk() && Contains(maker.text, "iDEN") ? PLATFORM_IDEN : PLATFORM_GSM;
 }
 
 // Handsets that name themselves by a part number: the whole "AT+CGMM" answer, and their name.
@@ -56,24 +47,23 @@ constexpr NamedHandset kNamedHandsets[] = {
     {"1190601-BVT60d", "Ericsson T60d"},
 };
 
-CHandsetPlatform NamedTdma(CSModem* modem, const CString&, CString& model) {
-  ScopedText reply;
-  if (!AnswersOk(modem, "AT+CGMM\r", reply)) return PLATFORM_TDMA;
-  for (const NamedHandset& row : kNamedHandsets) {
-    if (Equals(reply, row.reply)) model = row.model;
-  }
+CHandsetPlatform NamedTdma(CSModem* modem, std::string_view, CString& model) {
+  const Answer name = Exchange(modem, "AT+CGMM\r");
+  const NamedHandset* row = kxwan::FindRow(
+      kNamedHandsets, [&](const NamedHandset& each) { return name.text == each.reply; });
+  if (name.IsOk() && row != nullptr) model = row->model;
   return PLATFORM_TDMA;
 }
 
-CHandsetPlatform Tdma(CSModem*, const CString&, CString&) { return PLATFORM_TDMA; }
+CHandsetPlatform Tdma(CSModem*, std::string_view, CString&) { return PLATFORM_TDMA; }
 
-CHandsetPlatform Unknown(CSModem*, const CString&, CString&) { return PLATFORM_UNKNOWN; }
+CHandsetPlatform Unknown(CSModem*, std::string_view, CString&) { return PLATFORM_UNKNOWN; }
 
 // What a token in the capability list (V.250 6.1.9) says. The first row that fits decides.
 struct CapabilityRule {
   const char* token = "";                           // "" fits any list
   bool KXModemDetectOptions::*allowedBy = nullptr;  // null: always allowed
-  CHandsetPlatform (*platform)(CSModem*, const CString& capabilities, CString& model) = Unknown;
+  CHandsetPlatform (*platform)(CSModem*, std::string_view capabilities, CString& model) = Unknown;
 };
 
 // Deliberate: "+CIS707A" without a hyphen is EV-DO while "+CIS707-A" is 1xRTT; that is what the
@@ -92,23 +82,20 @@ constexpr CapabilityRule kCapabilityRules[] = {
 static_assert(*std::rbegin(kCapabilityRules)->token == '\0', "the last row must fit any list");
 
 // Some devices list their capabilities only when they are read as a parameter.
-bool ReadCapabilities(CSModem* modem, CString& capabilities) {
-  int result = kxwan::kResultTimeout;
-  if (!modem->SendCommandGetResponse("AT+GCAP\r", result, capabilities)) return false;
-  if (result != kxwan::kResultError) return result == kxwan::kResultOk;
-  return AnswersOk(modem, "AT+GCAP?\r", capabilities);
+Answer ReadCapabilities(CSModem* modem) {
+  const Answer list = Exchange(modem, "AT+GCAP\r");
+  return list.result == kxwan::kResultError ? Exchange(modem, "AT+GCAP?\r") : list;
 }
 
 CHandsetPlatform PlatformByCapabilities(CSModem* modem, const KXModemDetectOptions& options,
                                         CString& model) {
-  ScopedText capabilities;
-  if (!ReadCapabilities(modem, capabilities)) return PLATFORM_UNKNOWN;
-  const auto fits = [&](const CapabilityRule& row) {
+  const Answer list = ReadCapabilities(modem);
+  if (!list.IsOk()) return PLATFORM_UNKNOWN;
+  const CapabilityRule& rule = kxwan::FirstRow(kCapabilityRules, [&](const CapabilityRule& row) {
     const bool allowed = row.allowedBy == nullptr || options.*row.allowedBy;
-    return allowed && Contains(capabilities, row.token);
-  };
-  return std::find_if(std::begin(kCapabilityRules), std::end(kCapabilityRules), fits)
-      ->platform(modem, capabilities, model);
+    return allowed && Contains(list.text, row.token);
+  });
+  return rule.platform(modem, list.text, model);
 }
 
 // UMTS cards that do not tell by their capabilities.
@@ -120,12 +107,9 @@ struct UmtsCard {
 constexpr UmtsCard kUmtsCards[] = {{"Novatel", "Merlin U"}, {"Novatel", "Merlin TU"}};
 
 bool IsNamedUmtsCard(CSModem* modem) {
-  ScopedText model;
-  ScopedText manufacturer;
-  GetModelAndManufacturer(modem, model, manufacturer);
-  return std::any_of(std::begin(kUmtsCards), std::end(kUmtsCards), [&](const UmtsCard& row) {
-    return Contains(manufacturer, row.manufacturer) && Contains(model, row.model);
-  });
+  const kxwan::DeviceNames names = kxwan::ReadDeviceNames(modem);
+  const auto fits = kxwan::FitsDevice(names.manufacturer.text.c_str(), names.model.text.c_str());
+  return kxwan::FindRow(kUmtsCards, fits) != nullptr;
 }
 
 // Devices that are known only by their identification page, ATI3. The first row that fits decides.
@@ -146,37 +130,31 @@ constexpr PageRule kPageRules[] = {
 };
 
 bool IsConfirmed(CSModem* modem, const PageRule& row) {
-  ScopedText page;
-  return *row.confirmedBy == '\0' ||
-         (AnswersOk(modem, "ATI0\r", page) && Contains(page, row.confirmedBy));
+  if (*row.confirmedBy == '\0') return true;
+  const Answer page = Exchange(modem, "ATI0\r");
+  return page.IsOk() && Contains(page.text, row.confirmedBy);
 }
 
 CHandsetPlatform PlatformByPage(CSModem* modem, CString& model) {
-  ScopedText page;
-  if (!AnswersOk(modem, "ATI3\r", page)) return PLATFORM_UNKNOWN;
-  const PageRule* end = std::end(kPageRules);
-  const PageRule* row = std::find_if(
-      kPageRules, end, [&](const PageRule& each) { return Contains(page, each.token); });
-  if (row == end || !IsConfirmed(modem, *row)) return PLATFORM_UNKNOWN;
+  const Answer page = Exchange(modem, "ATI3\r");
+  if (!page.IsOk()) return PLATFORM_UNKNOWN;
+  const PageRule* row = kxwan::FindRow(
+      kPageRules, [&](const PageRule& each) { return Contains(page.text, each.token); });
+  if (row == nullptr || !IsConfirmed(modem, *row)) return PLATFORM_UNKNOWN;
   model = row->model;
   return row->platform;
 }
 
 CHandsetPlatform PacketServices(CSModem* modem) {
-  ScopedText attach;
-  if (!AnswersOk(modem, "AT+CGATT=?\r", attach) || !Contains(attach, "+CGATT:")) {
-    return PLATFORM_UNKNOWN;
-  }
-  ScopedText quality;
-  const bool edge = AnswersOk(modem, "AT+CGEQMIN=?\r", quality);
+  const Answer attach = Exchange(modem, "AT+CGATT=?\r");
+  if (!attach.IsOk() || !Contains(attach.text, "+CGATT:")) return PLATFORM_UNKNOWN;
+  const bool edge = kxwan::Accepts(modem, "AT+CGEQMIN=?\r");
   return edge ? PLATFORM_GPRS | PLATFORM_EDGE : PLATFORM_GPRS;
 }
 
-void CopyAnswer(CSModem* modem, const char* command, CString& answer) {
-  int result = kxwan::kResultTimeout;
-  ScopedText reply;
-  answer.Empty();
-  if (modem->SendCommandGetResponse(command, result, reply)) answer = reply.String();
+void CopyReply(const Answer& answer, CString& reply) {
+  reply.Empty();
+  if (answer.Came()) reply = answer.text.c_str();
 }
 
 }  // namespace
@@ -196,35 +174,31 @@ CHandsetPlatform DetectHandsetPlatform(CSModem* modem, KXModemDetectOptions* opt
 }
 
 bool DetectWirelessPhone(CSModem* modem, unsigned long baudRate, CHandsetPlatform& platform) {
-  modem->m_pSerial->SetDataFormat(baudRate, E_PARITY_UNCHANGED, E_BYTESIZE_UNCHANGED,
-                                  E_STOPBITS_UNCHANGED);
+  kxwan::SetPortSpeed(modem, baudRate);
   platform = PLATFORM_UNKNOWN;
-  int result = kxwan::kResultTimeout;
-  ScopedText response;
-  if (!modem->SendCommandGetResponse("ATE0V1\r", result, response)) return false;
-  if (result == kxwan::kResultError) {
-    ScopedText ignored;
-    modem->SendCommandGetResponse("AT+CFUN=1\r", result, ignored);
-  }
+  const Answer answer = Exchange(modem, "ATE0V1\r");
+  if (!answer.Came()) return false;
+  if (answer.result == kxwan::kResultError) Exchange(modem, "AT+CFUN=1\r");
   KXModemDetectOptions options = {true, false, true, true, true, true};
-  ScopedText model;
+  kxwan::ScopedText model;
   platform = DetectHandsetPlatform(modem, &options, model);
   return true;
 }
 
 // Deliberate: the result codes are not looked at; an answer of ERROR counts as an empty text.
+kxwan::DeviceNames kxwan::ReadDeviceNames(CSModem* modem) {
+  return {Exchange(modem, "AT+GMM\r"), Exchange(modem, "AT+GMI\r")};
+}
+
 bool GetModelAndManufacturer(CSModem* modem, CString& model, CString& manufacturer) {
-  manufacturer.Empty();
-  CopyAnswer(modem, "AT+GMM\r", model);
-  CopyAnswer(modem, "AT+GMI\r", manufacturer);
+  const kxwan::DeviceNames names = kxwan::ReadDeviceNames(modem);
+  CopyReply(names.model, model);
+  CopyReply(names.manufacturer, manufacturer);
   return true;
 }
 
 bool SendATCommandAndGetReply(CSModem* modem, const char* command, CString& reply) {
-  int result = kxwan::kResultTimeout;
-  ScopedText response;
-  reply.Empty();
-  if (!modem->SendCommandGetResponse(command, result, response)) return false;
-  reply = response.String();
-  return true;
+  const Answer answer = Exchange(modem, command);
+  CopyReply(answer, reply);
+  return answer.Came();
 }

@@ -1,93 +1,61 @@
 #include <KXWAN/handset/LineSpeed.h>
 
 #include <KXWAN/foundation/TextPrivate.h>
-#include <KXWAN/modem/ResultCode.h>
-#include <KXWAN/modem/SingleExchange.h>
-
-#include <cstdio>
+#include <KXWAN/handset/SpeedSearchPrivate.h>
+#include <KXWAN/modem/EnginePrivate.h>
+#include <KXWAN/modem/ExchangePrivate.h>
 
 namespace kxwan {
 namespace {
 
-// The commonest first: data cards, then phones on a cable.
-constexpr unsigned long kSearchOrder[] = {115200, 9600,  57600,  19200,
-                                          230400, 38400, 460800, 921600};
-
-constexpr unsigned long kAnswerMs = 300;
-constexpr unsigned long kChangeMs = 1500;
-
-// A device may need a moment before it listens at its new speed.
-constexpr int kChecks = 3;
-
-bool SetPortSpeed(CSModem* modem, unsigned long speed) {
-  return modem->m_pSerial->SetDataFormat(speed, -1, -1, -1) != 0;
-}
-
-bool Answers(CSModem* modem) {
-  int result = kResultTimeout;
-  ScopedText reply;
-  return SendOnce(modem, "ATE0V1\r", kAnswerMs, result, reply);
-}
-
-bool AnswersSoon(CSModem* modem) {
-  for (int check = 0; check < kChecks; ++check) {
-    if (Answers(modem)) {
-      return true;
-    }
-  }
-  return false;
-}
+constexpr unsigned long kAnswerMs = 1500;
 
 // False when the device refused. Silence is no refusal: some devices answer at the new speed.
-bool TellSpeed(CSModem* modem, unsigned long speed, unsigned long timeoutMs) {
-  char command[40];
-  std::snprintf(command, sizeof command, "AT+IPR=%lu\r", speed);
-  int result = kResultTimeout;
-  ScopedText reply;
-  return !SendOnce(modem, command, timeoutMs, result, reply) || result == kResultOk;
+bool TellSpeed(CSModem* modem, unsigned long speed) {
+  const std::string command = Formatted("AT+IPR=%lu\r", speed);
+  const Answer answer = ExchangeOnce(modem, command.c_str(), kAnswerMs);
+  return answer.IsOk() || answer.result == kResultTimeout;
 }
 
-// A speed that only the device knows would lose it.
+// A speed that only the device knows would lose it, and so would an old one that cannot be set
+// again: a tty may have a number of its own.
 bool PortKnows(CSModem* modem, unsigned long newSpeed, unsigned long oldSpeed) {
+  if (!SetPortSpeed(modem, oldSpeed)) return false;
   const bool known = SetPortSpeed(modem, newSpeed);
   return SetPortSpeed(modem, oldSpeed) && known;
+}
+
+// A device may need a moment before it listens at its new speed.
+bool AnswersSoon(CSModem* modem, unsigned long speed) {
+  constexpr Seconds kLastAnswerTook = .2;
+  constexpr Seconds kLongest = 10;
+  Conversation& conversation = ConversationOf(modem);
+  return conversation.SetSpeed(speed) &&
+         ConfirmSpeed(conversation, kLastAnswerTook, conversation.RefusesRegisters(),
+                      conversation.Port().Now() + kLongest);
+}
+
+// The device may have heard of the new speed or not: it is told at that one, and not waited for.
+void GoBack(CSModem* modem, unsigned long speed) {
+  constexpr Seconds kAnswer = .3;
+  Conversation& conversation = ConversationOf(modem);
+  if (conversation.Send(Formatted("AT+IPR=%lu\r", speed))) conversation.AwaitResult(kAnswer);
+  conversation.SetSpeed(speed);
 }
 
 }  // namespace
 
 bool FindLineSpeed(CSModem* modem, unsigned long& speed) {
-  unsigned long before = 0;
-  const bool hadSpeed = modem->m_pSerial->GetDataFormat(&before) != 0;
-  for (unsigned long candidate : kSearchOrder) {
-    // The second exchange tells the device's speed from one at which only a late answer to the
-    // speed before came in.
-    if (SetPortSpeed(modem, candidate) && Answers(modem) && Answers(modem)) {
-      speed = candidate;
-      return true;
-    }
-  }
-  if (hadSpeed) {
-    SetPortSpeed(modem, before);
-  }
-  return false;
+  return SearchSpeed(ConversationOf(modem), speed);
 }
 
 bool ChangeLineSpeed(CSModem* modem, unsigned long newSpeed) {
   unsigned long oldSpeed = 0;
-  if (modem->m_pSerial->GetDataFormat(&oldSpeed) == 0) {
-    return false;
-  }
-  if (newSpeed == oldSpeed) {
-    return true;
-  }
-  if (!PortKnows(modem, newSpeed, oldSpeed) || !TellSpeed(modem, newSpeed, kChangeMs)) {
-    return false;
-  }
-  if (SetPortSpeed(modem, newSpeed) && AnswersSoon(modem)) {
-    return true;
-  }
-  TellSpeed(modem, oldSpeed, kAnswerMs);
-  SetPortSpeed(modem, oldSpeed);
+  if (modem->m_pSerial->GetDataFormat(&oldSpeed) == 0) return false;
+  if (newSpeed == oldSpeed) return true;
+  if (!PortKnows(modem, newSpeed, oldSpeed) || !TellSpeed(modem, newSpeed)) return false;
+  if (AnswersSoon(modem, newSpeed)) return true;
+  GoBack(modem, oldSpeed);
   return false;
 }
 

@@ -1,13 +1,14 @@
 #include <KXWAN/handset/PortSpeed.h>
 
-#include <KXWAN/foundation/TextPrivate.h>
-#include <KXWAN/modem/ResultCode.h>
+#include <KXWAN/foundation/TablePrivate.h>
+#include <KXWAN/modem/ExchangePrivate.h>
 
-#include <algorithm>
-#include <cstdio>
 #include <iterator>
+#include <string>
 
-using kxwan::ScopedText;
+using kxwan::Answer;
+using kxwan::Exchange;
+using kxwan::SetPortSpeed;
 
 namespace {
 
@@ -34,44 +35,37 @@ constexpr SpeedChoice kChoices[] = {
 static_assert(std::rbegin(kChoices)->platform == 0, "the last row must fit any platform");
 
 const SpeedChoice& FindChoice(CHandsetPlatform platform, unsigned long current) {
-  return *std::find_if(std::begin(kChoices), std::end(kChoices), [&](const SpeedChoice& row) {
+  return kxwan::FirstRow(kChoices, [&](const SpeedChoice& row) {
     return (platform & row.platform) == row.platform &&
            (row.current == kAnySpeed || row.current == current);
   });
 }
 
-bool SetPortSpeed(CSModem* modem, unsigned long speed) {
-  return modem->m_pSerial->SetDataFormat(speed, -1, -1, -1) != 0;
-}
-
-bool Answers(CSModem* modem) {
-  int result = kxwan::kResultTimeout;
-  ScopedText reply;
-  return modem->SendCommandGetResponse("ATE0V1\r", result, reply);
-}
-
-bool TakesCommand(CSModem* modem, const char* command) {
-  int result = kxwan::kResultTimeout;
-  ScopedText reply;
-  return modem->SendCommandGetResponse(command, result, reply) && result == kxwan::kResultOk;
-}
+bool Answers(CSModem* modem) { return Exchange(modem, "ATE0V1\r").Came(); }
 
 bool MoveTo(CSModem* modem, unsigned long newSpeed, unsigned long currentSpeed,
-            const CString& iprReply) {
-  char digits[24];
-  std::snprintf(digits, sizeof digits, "%ld", static_cast<long>(newSpeed));
-  char command[40];
-  std::snprintf(command, sizeof command, "AT+IPR=%s\r", digits);
+            const char* iprReply) {
   if (!SetPortSpeed(modem, newSpeed)) {
     return false;
   }
   if (Answers(modem)) {
     return true;
   }
+  const std::string digits = kxwan::Formatted("%ld", static_cast<long>(newSpeed));
+  const std::string command = kxwan::Formatted("AT+IPR=%s\r", digits.c_str());
   // Deliberate: the digits are looked for as they stand. A list that gives a range and not the
   // speed itself does not allow it.
-  return kxwan::Contains(iprReply, digits) && SetPortSpeed(modem, currentSpeed) &&
-         TakesCommand(modem, command) && SetPortSpeed(modem, newSpeed) && Answers(modem);
+  return kxwan::Contains(iprReply, digits.c_str()) && SetPortSpeed(modem, currentSpeed) &&
+         kxwan::Accepts(modem, command.c_str()) && SetPortSpeed(modem, newSpeed) && Answers(modem);
+}
+
+bool IsSupported(CSModem* modem, unsigned long newSpeed, unsigned long currentSpeed,
+                 const char* iprReply) {
+  if (newSpeed == currentSpeed || MoveTo(modem, newSpeed, currentSpeed, iprReply)) {
+    return true;
+  }
+  SetPortSpeed(modem, currentSpeed);
+  return false;
 }
 
 }  // namespace
@@ -81,13 +75,12 @@ bool DetectModemBaudRate(CSModem* modem, CHandsetPlatform platform, unsigned lon
   if (choice.candidates[0] == kNone) {
     return true;
   }
-  int result = kxwan::kResultTimeout;
-  ScopedText iprReply;
-  if (!modem->SendCommandGetResponse("AT+IPR=?\r", result, iprReply)) {
+  const Answer speeds = Exchange(modem, "AT+IPR=?\r");
+  if (!speeds.Came()) {
     return true;
   }
   for (unsigned long candidate : choice.candidates) {
-    if (candidate != kNone && IsPortSpeedSupported(modem, candidate, baudRate, iprReply)) {
+    if (candidate != kNone && IsSupported(modem, candidate, baudRate, speeds.text.c_str())) {
       baudRate = candidate;
       return true;
     }
@@ -97,9 +90,5 @@ bool DetectModemBaudRate(CSModem* modem, CHandsetPlatform platform, unsigned lon
 
 bool IsPortSpeedSupported(CSModem* modem, unsigned long newSpeed, unsigned long currentSpeed,
                           CString& iprReply) {
-  if (newSpeed == currentSpeed || MoveTo(modem, newSpeed, currentSpeed, iprReply)) {
-    return true;
-  }
-  SetPortSpeed(modem, currentSpeed);
-  return false;
+  return IsSupported(modem, newSpeed, currentSpeed, iprReply.String());
 }

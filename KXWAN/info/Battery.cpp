@@ -3,9 +3,8 @@
 #include <KXWAN/foundation/Host.h>
 #include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/info/BatteryPrivate.h>
-#include <KXWAN/info/Query.h>
 #include <KXWAN/info/QueryPrivate.h>
-#include <KXWAN/modem/ResultCode.h>
+#include <KXWAN/modem/ExchangePrivate.h>
 
 #include <algorithm>
 #include <string_view>
@@ -117,11 +116,7 @@ BatteryReading BatteryReadingOf(std::string_view value) {
 
 bool ReadBattery(CSModem* modem, BatteryReading& reading) {
   for (const char* command : {"AT+CBC\r", "AT+CBC?\r"}) {
-    ScopedText value;
-    if (!QueryValue(modem, command, "+CBC:", value)) {
-      continue;
-    }
-    const BatteryReading told = BatteryReadingOf(View(value));
+    const BatteryReading told = BatteryReadingOf(QueryValue(modem, command, "+CBC:"));
     if (told.status >= 0 || told.percent >= 0 || told.millivolts >= 0) {
       reading = told;
       return true;
@@ -134,12 +129,11 @@ bool ReadBattery(CSModem* modem, BatteryReading& reading) {
 
 bool GetBatteryLevelFromDevice(CSModem* modem, ModemInfo* info) {
   const char* command = kxwan::ReportsOnExecution(*info) ? "AT+CBC\r" : "AT+CBC?\r";
-  kxwan::ScopedText answer;
-  if (kxwan::Exchange(modem, command, answer) != kxwan::kResultOk) {
+  const kxwan::Answer answer = kxwan::Exchange(modem, command);
+  if (!answer.IsOk()) {
     return false;
   }
   const int maxStrength = GetCustomSetting("MaxBatteryStrength", 0);
-  info->dwBatteryLevel =
-      static_cast<uint32_t>(kxwan::BatteryLevelOf(kxwan::View(answer), maxStrength));
+  info->dwBatteryLevel = static_cast<uint32_t>(kxwan::BatteryLevelOf(answer.text, maxStrength));
   return true;
 }

@@ -1,18 +1,18 @@
 #include <KXWAN/info/Capabilities.h>
 
-#include <KXWAN/foundation/TextPrivate.h>
+#include <KXWAN/foundation/TablePrivate.h>
 #include <KXWAN/handset/CHandsetPlatform.h>
 #include <KXWAN/info/QueryPrivate.h>
-#include <KXWAN/modem/ResultCode.h>
+#include <KXWAN/modem/ExchangePrivate.h>
 
-#include <algorithm>
 #include <iterator>
+#include <string>
 #include <string_view>
 
-using kxwan::Ask;
+using kxwan::Answer;
 using kxwan::Contains;
 using kxwan::Exchange;
-using kxwan::ScopedText;
+using kxwan::Query;
 using kxwan::SetField;
 
 namespace {
@@ -46,22 +46,17 @@ constexpr Capability kCapabilities[] = {
 };
 static_assert(std::rbegin(kCapabilities)->token.empty(), "the last row must fit any answer");
 
-const Capability& FindCapability(std::string_view answer) {
-  return *std::find_if(
-      std::begin(kCapabilities), std::end(kCapabilities),
-      [answer](const Capability& row) { return answer.find(row.token) != std::string_view::npos; });
-}
-
 void SettleCapabilities(CSModem* modem, ModemInfo* info) {
-  ScopedText answer;
-  if (!Ask(modem, "AT+GCAP\r", "+GCAP:", answer)) {
+  std::string answer;
+  if (!Query(modem, "AT+GCAP\r", "+GCAP:", answer)) {
     // Deliberate: a device that cannot list its capabilities is called "Data" whatever else it
     // answers; only the flags that the GSM probe sets stay.
     GSMCapabilities(modem, info);
     SetField(info->szCapabilities, "Data");
     return;
   }
-  const Capability& row = FindCapability(kxwan::View(answer));
+  const Capability& row = kxwan::FirstRow(
+      kCapabilities, [&](const Capability& each) { return Contains(answer, each.token); });
   if (row.settle == nullptr) {
     SetField(info->szCapabilities, row.key);
     return;
@@ -73,34 +68,33 @@ void SettleCapabilities(CSModem* modem, ModemInfo* info) {
 }
 
 void ProbeSim(CSModem* modem, ModemInfo* info) {
-  ScopedText answer;
-  if (Exchange(modem, "AT+CMEE=1\r", answer) != kxwan::kResultOk) {
+  if (!kxwan::Accepts(modem, "AT+CMEE=1\r")) {
     return;
   }
   // Deliberate: only a plain ERROR that carries the code as its text counts, not the equipment
   // error that most devices report. Entering the PIN reads its answers the same way.
-  if (Exchange(modem, "AT+CPIN?\r", answer) == kxwan::kResultError && kxwan::Equals(answer, "10")) {
+  const Answer state = Exchange(modem, "AT+CPIN?\r");
+  if (state.result == kxwan::kResultError && state.text == "10") {
     info->bSIMNotInserted = 1;
   }
-  Exchange(modem, "AT+CMEE=0\r", answer);
+  Exchange(modem, "AT+CMEE=0\r");
 }
 
 bool ListsAttach(CSModem* modem) {
-  ScopedText answer;
-  return Ask(modem, "AT+CGATT=?\r", "+CGATT:", answer) && Contains(answer, "1");
+  std::string answer;
+  return Query(modem, "AT+CGATT=?\r", "+CGATT:", answer) && Contains(answer, "1");
 }
 
 // Deliberate: EDGE has no answer of its own. A device that rejects the GPRS quality of service and
 // knows the 3G one is taken to have it; its flag stays GPRS.
 bool KnowsOnly3GQualityOfService(CSModem* modem) {
-  ScopedText answer;
-  return Exchange(modem, "AT+CGQMIN=?\r", answer) == kxwan::kResultError &&
-         Exchange(modem, "AT+CGEQMIN=?\r", answer) == kxwan::kResultOk;
+  return Exchange(modem, "AT+CGQMIN=?\r").result == kxwan::kResultError &&
+         kxwan::Accepts(modem, "AT+CGEQMIN=?\r");
 }
 
 void NameByPages(CSModem* modem, ModemInfo* info) {
-  ScopedText page;
-  if (!Ask(modem, "ATI3\r", nullptr, page)) {
+  std::string page;
+  if (!Query(modem, "ATI3\r", nullptr, page)) {
     return;
   }
   if (Contains(page, "TDMA")) {
@@ -110,7 +104,7 @@ void NameByPages(CSModem* modem, ModemInfo* info) {
   if (!Contains(page, "NSW-5")) {
     return;
   }
-  Ask(modem, "ATI0\r", nullptr, page);
+  Query(modem, "ATI0\r", nullptr, page);
   if (Contains(page, "Nokia Mobile")) {
     SettleTdma(modem, info);
     SetField(info->szModel, "7160");

@@ -4,6 +4,7 @@
 #include <KXWAN/info/QueryPrivate.h>
 
 #include <iterator>
+#include <string>
 
 namespace {
 
@@ -23,9 +24,9 @@ const char* ServiceOf(int32_t value) {
 }  // namespace
 
 void GetModemCoverage(CSModem* modem, ModemInfo* info) {
-  kxwan::ScopedText answer;
-  if (info->bNonCDMA == 0 && kxwan::Ask(modem, "AT+CAD?\r", "+CAD:", answer)) {
-    kxwan::SetField(info->szCoverage, ServiceOf(kxwan::ToInt(kxwan::View(answer))));
+  std::string answer;
+  if (info->bNonCDMA == 0 && kxwan::Query(modem, "AT+CAD?\r", "+CAD:", answer)) {
+    kxwan::SetField(info->szCoverage, ServiceOf(kxwan::ToInt(answer)));
     return;
   }
   kxwan::SetField(info->szCoverage, info->nSignalLevel < 1 ? "Unknown" : "Digital");

@@ -3,33 +3,33 @@
 #include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/info/Query.h>
 #include <KXWAN/info/QueryPrivate.h>
-#include <KXWAN/modem/ResultCode.h>
+#include <KXWAN/modem/ExchangePrivate.h>
 
-using kxwan::Ask;
+#include <string>
+
 using kxwan::Contains;
-using kxwan::Equals;
-using kxwan::ScopedText;
+using kxwan::Query;
 using kxwan::SetField;
+using kxwan::WithoutQuotes;
 
 namespace {
 
 // "0" and the name of the module inside say nothing about the model.
-bool AnswersWithModel(CSModem* modem, ScopedText& model) {
-  return Ask(modem, "AT+GMM\r", "+GMM:", model) && !Equals(model, "0") && !Contains(model, "Gipsy");
+bool AnswersWithModel(CSModem* modem, std::string& model) {
+  return Query(modem, "AT+GMM\r", "+GMM:", model) && model != "0" && !Contains(model, "Gipsy");
 }
 
 // The other ways to the model's name. The text of the last query stays, whatever it holds.
-void AskFurtherForModel(CSModem* modem, ScopedText& model) {
-  if (Ask(modem, "AT+CGMM\r", "+CGMM:", model) || Ask(modem, "AT+FMDL?\r", nullptr, model)) {
+void AskFurtherForModel(CSModem* modem, std::string& model) {
+  if (Query(modem, "AT+CGMM\r", "+CGMM:", model) || Query(modem, "AT+FMDL?\r", nullptr, model)) {
     return;
   }
-  Ask(modem, "ATI3\r", nullptr, model);
+  Query(modem, "ATI3\r", nullptr, model);
   if (!Contains(model, "NPW-1")) {
     return;
   }
-  Ask(modem, "ATI0\r", nullptr, model);
+  Query(modem, "ATI0\r", nullptr, model);
   if (Contains(model, "Nokia Mobile")) {
-    kxwan::DiscardText(model);
     model = "3360";
   }
 }
@@ -38,30 +38,28 @@ void AskFurtherForModel(CSModem* modem, ScopedText& model) {
 
 bool GetManufacturerString(CSModem* modem, ModemInfo* info) {
   info->dwDeviceFlags = 0;
-  ScopedText manufacturer;
-  if (kxwan::Exchange(modem, "ATE0V1\r", manufacturer) == kxwan::kResultTimeout) {
+  if (!kxwan::Exchange(modem, "ATE0V1\r").Came()) {
     info->szManufacturer[0] = '\0';
     return false;
   }
-  if (!Ask(modem, "AT+GMI\r", "+GMI:", manufacturer) &&
-      !Ask(modem, "AT+CGMI\r", "+CGMI:", manufacturer)) {
-    Ask(modem, "AT+FMFR?\r", nullptr, manufacturer);
+  std::string manufacturer;
+  if (!Query(modem, "AT+GMI\r", "+GMI:", manufacturer) &&
+      !Query(modem, "AT+CGMI\r", "+CGMI:", manufacturer)) {
+    Query(modem, "AT+FMFR?\r", nullptr, manufacturer);
   }
   if (Contains(manufacturer, "GTRAN")) {
     info->bIsGTRAN = 1;
   }
-  StripQuotesfromResponse(manufacturer, /*removeAll=*/0);
-  SetField(info->szManufacturer, kxwan::View(manufacturer));
+  SetField(info->szManufacturer, WithoutQuotes(manufacturer, /*removeAll=*/false));
   return true;
 }
 
 bool GetModelString(CSModem* modem, ModemInfo* info) {
-  ScopedText model;
+  std::string model;
   if (!AnswersWithModel(modem, model)) {
     AskFurtherForModel(modem, model);
   }
-  StripQuotesfromResponse(model, /*removeAll=*/1);
-  SetField(info->szModel, kxwan::View(model));
+  SetField(info->szModel, WithoutQuotes(model, /*removeAll=*/true));
   formatModelKey(info->szModel);
   return true;
 }

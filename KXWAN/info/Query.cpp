@@ -3,10 +3,11 @@
 #include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/handset/CHandsetPlatform.h>
 #include <KXWAN/info/QueryPrivate.h>
-#include <KXWAN/modem/ResultCode.h>
+#include <KXWAN/modem/ExchangePrivate.h>
 
 #include <algorithm>
 #include <cstring>
+#include <string>
 #include <string_view>
 
 namespace {
@@ -15,6 +16,13 @@ namespace {
 void Assign(CString& out, std::string_view text) {
   out.Empty();
   out.AssignCopy(static_cast<int>(text.size()), text.data());
+}
+
+// Changes the text in place, so that its copies change too. It never gets longer.
+void Overwrite(CString& text, std::string_view changed) {
+  if (changed != kxwan::View(text)) {
+    text.AssignCopy(static_cast<int>(changed.size()), changed.data());
+  }
 }
 
 // Words that a device may say at any time and that carry no name (V.250 5.7.1).
@@ -49,19 +57,28 @@ std::string_view ValueOf(std::string_view response, std::string_view echo, std::
   return unnamed;
 }
 
+// Deliberate: characters count as signed, so bytes from 0x80 on are below the blank and go too.
+// What remains is 7-bit text that any program can show.
+std::string Prepared(std::string_view text) {
+  std::string prepared(text);
+  std::replace_if(
+      prepared.begin(), prepared.end(), [](char ch) { return static_cast<signed char>(ch) < 32; },
+      ' ');
+  return std::string(kxwan::Trimmed(prepared));
+}
+
 }  // namespace
 
 namespace kxwan {
 
-int Exchange(CSModem* modem, const char* command, ScopedText& response) {
-  int result = kResultTimeout;
-  DiscardText(response);
-  return modem->SendCommandGetResponse(command, result, response) ? result : kResultTimeout;
-}
-
-bool Ask(CSModem* modem, const char* command, const char* prefix, ScopedText& answer) {
-  DiscardText(answer);
-  return QueryModem(modem, command, prefix, answer);
+bool Query(CSModem* modem, const char* command, const char* prefix, std::string& answer) {
+  const Answer reply = Exchange(modem, command);
+  if (!reply.IsOk() || reply.text.empty()) {
+    answer = reply.IsOk() ? "Unknown" : "Error";
+    return false;
+  }
+  answer = prefix != nullptr ? Prepared(TextBehind(reply.text, prefix)) : reply.text;
+  return true;
 }
 
 bool ReportsOnExecution(const ModemInfo& info) {
@@ -75,13 +92,16 @@ std::string_view TakeLine(std::string_view& text) {
   return Trimmed(line);
 }
 
-bool QueryValue(CSModem* modem, const char* command, const char* tag, CString& value) {
-  ScopedText response;
-  if (Exchange(modem, command, response) != kResultOk) {
-    return false;
+std::string QueryValue(CSModem* modem, const char* command, const char* tag) {
+  const Answer reply = ExchangeWhileThere(modem, command);
+  if (!reply.IsOk()) {
+    return {};
   }
-  const std::string_view found =
-      ValueOf(View(response), Trimmed(command), tag != nullptr ? tag : "");
+  return std::string(ValueOf(reply.text, Trimmed(command), tag != nullptr ? tag : ""));
+}
+
+bool QueryValue(CSModem* modem, const char* command, const char* tag, CString& value) {
+  const std::string found = QueryValue(modem, command, tag);
   if (found.empty()) {
     return false;
   }
@@ -89,29 +109,26 @@ bool QueryValue(CSModem* modem, const char* command, const char* tag, CString& v
   return true;
 }
 
-}  // namespace kxwan
-
-void PrepareResponse(CString& text) {
-  // Deliberate: characters count as signed, so bytes from 0x80 on are below the blank and go too.
-  // What remains is 7-bit text that any program can show.
-  char* const begin = text.GetBuffer(0);
-  std::replace_if(
-      begin, begin + text.GetLength(), [](char ch) { return static_cast<signed char>(ch) < 32; },
-      ' ');
-  text.TrimLeft();
-  text.TrimRight();
+std::string WithoutQuotes(std::string_view text, bool removeAll) {
+  std::string rest(text);
+  if (!text.starts_with('"') || !text.ends_with('"')) {
+    return rest;
+  }
+  if (removeAll) {
+    std::erase(rest, '"');
+  } else {
+    rest.pop_back();
+    rest.erase(0, 1);
+  }
+  return rest;
 }
 
+}  // namespace kxwan
+
+void PrepareResponse(CString& text) { Overwrite(text, Prepared(kxwan::View(text))); }
+
 void StripQuotesfromResponse(CString& text, signed char removeAll) {
-  if (text.Find('"') != 0 || text.ReverseFind('"') != text.GetLength() - 1) {
-    return;
-  }
-  if (removeAll != 0) {
-    text.Remove('"');
-    return;
-  }
-  text.DeleteRight(1);
-  text.Delete(0, 1);
+  Overwrite(text, kxwan::WithoutQuotes(kxwan::View(text), removeAll != 0));
 }
 
 void formatModelKey(char* key) {
@@ -125,20 +142,8 @@ void formatModelKey(char* key) {
 }
 
 bool QueryModem(CSModem* modem, const char* command, const char* prefix, CString& out) {
-  kxwan::ScopedText response;
-  if (kxwan::Exchange(modem, command, response) != kxwan::kResultOk) {
-    Assign(out, "Error");
-    return false;
-  }
-  if (response.IsEmpty()) {
-    Assign(out, "Unknown");
-    return false;
-  }
-  if (prefix == nullptr) {
-    Assign(out, kxwan::View(response));
-    return true;
-  }
-  Assign(out, kxwan::TextBehind(kxwan::View(response), prefix));
-  PrepareResponse(out);
-  return true;
+  std::string answer;
+  const bool told = kxwan::Query(modem, command, prefix, answer);
+  Assign(out, answer);
+  return told;
 }

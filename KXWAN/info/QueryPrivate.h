@@ -5,17 +5,18 @@
 #include <KXWAN/modem/CSModem.h>
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
-// What the readers share. The texts given here are the readers' own: what they held before is
-// freed, so one text may serve several queries.
+// What the readers share.
 namespace kxwan {
 
-// Sends the command and gives its result code, kResultTimeout when there was none.
-int Exchange(CSModem* modem, const char* command, ScopedText& response);
+// As QueryModem, and as QueryValue, which gives an empty text for false here.
+bool Query(CSModem* modem, const char* command, const char* prefix, std::string& answer);
+std::string QueryValue(CSModem* modem, const char* command, const char* tag);
 
-// As QueryModem.
-bool Ask(CSModem* modem, const char* command, const char* prefix, ScopedText& answer);
+// As StripQuotesfromResponse.
+std::string WithoutQuotes(std::string_view text, bool removeAll);
 
 // Fills a field of the record: at most 62 characters and a NUL.
 template <size_t size>

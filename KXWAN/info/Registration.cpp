@@ -2,7 +2,7 @@
 
 #include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/info/QueryPrivate.h>
-#include <KXWAN/modem/ResultCode.h>
+#include <KXWAN/modem/ExchangePrivate.h>
 
 #include <algorithm>
 #include <iterator>
@@ -69,12 +69,12 @@ LineKind ParseValue(std::string_view value, RegistrationState& state) {
 
 bool ReadRegistration(CSModem* modem, RegistrationDomain domain, RegistrationState& state) {
   const Domain& asked = kDomains[static_cast<int>(domain)];
-  ScopedText response;
-  if (Exchange(modem, asked.command, response) != kResultOk) {
+  const Answer answer = ExchangeWhileThere(modem, asked.command);
+  if (!answer.IsOk()) {
     return false;
   }
   LineKind best = LineKind::kOther;
-  for (std::string_view rest = View(response); !rest.empty();) {
+  for (std::string_view rest = answer.text; !rest.empty();) {
     const std::string_view line = TakeLine(rest);
     if (line.substr(0, asked.tag.size()) != asked.tag) {
       continue;

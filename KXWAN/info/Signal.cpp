@@ -2,7 +2,7 @@
 
 #include <KXWAN/foundation/TextPrivate.h>
 #include <KXWAN/info/QueryPrivate.h>
-#include <KXWAN/modem/ResultCode.h>
+#include <KXWAN/modem/ExchangePrivate.h>
 
 #include <algorithm>
 #include <limits>
@@ -25,11 +25,11 @@ int32_t LevelOf(int32_t strength) {
 bool GetSignalLevelFromDevice(CSModem* modem, ModemInfo* info) {
   info->nSignalLevel = 0;
   const char* command = kxwan::ReportsOnExecution(*info) ? "AT+CSQ\r" : "AT+CSQ?\r";
-  kxwan::ScopedText answer;
-  if (kxwan::Exchange(modem, command, answer) != kxwan::kResultOk) {
+  const kxwan::Answer answer = kxwan::Exchange(modem, command);
+  if (!answer.IsOk()) {
     return false;
   }
-  const std::string_view report = kxwan::TextBehind(kxwan::View(answer), "CSQ:");
+  const std::string_view report = kxwan::TextBehind(answer.text, "CSQ:");
   info->nSignalLevel = LevelOf(kxwan::ToInt(report.substr(0, report.find_first_of("\r,"))));
   return true;
 }

@@ -9,17 +9,17 @@
 #include <cstdint>
 
 namespace kxwan {
-enum class LineState;
+struct Engine;
 }
 
 // The AT command engine (V.250): sends one command and collects its answer. It owns one serial
 // port. One thread uses one object.
 //
-// On a line that owes nothing the first final result decides. A command that timed out leaves one
-// final result owed, and the answers that come too late are told from those of later commands by
-// counting. When fewer come than are owed, the next command takes the last one at the end of its
-// first wait: an answer was lost. A changed speed or a reopened port cancels what is owed; the
-// first result behind it is awaited until the line is quiet.
+// An exchange (SendCommandGetResponse) gives a result only when it can be no other command's. A
+// command that timed out leaves its answer outstanding, and what comes late is told from later
+// commands' answers by a strict count. While something is outstanding, a command waits for the line
+// to run dry before it goes out, and where its result cannot be told it has none. On a line that
+// owes nothing the first final result decides at once.
 class KXWAN_API CSModem {
  public:
   CSModem();
@@ -30,13 +30,17 @@ class KXWAN_API CSModem {
   // Writes the command as it stands; the caller ends it with "\r". False when the write failed.
   bool SendCommand(const char* command);
 
-  // Waits up to timeoutMs for a final result: true with the result code and the text in front of
-  // it, or the error's text. False on time-out, with kResultTimeout and what had come.
+  // Waits up to timeoutMs for the next final result that comes, whatever was waiting included: true
+  // with the result code and the text in front of it, or the error's text. False on time-out, with
+  // kResultTimeout and what had come. Unlike SendCommandGetResponse it does not tell whose result
+  // it is.
   // "OK": the text, trimmed. "ERROR": empty. "+CME ERROR:"/"+CMS ERROR:": what follows, trimmed.
   bool GetResponse(int& result, CString& response, unsigned long timeoutMs);
 
   // Sends and waits, up to m_nRetries times m_dwResponseTimeout. True for any final result, so that
-  // a command succeeded only when this is true and result is kResultOk.
+  // a command succeeded only when this is true and result is kResultOk. What waits before the
+  // command is written is no part of its answer. A command that got a result which may be another's
+  // is not sent again, unless it only asks and the device is known to be late.
   //
   // A reply's buffer is, by CString's rules, never freed. A program that polls for months locks its
   // text (response.LockBuffer()) before the text goes out of scope.
@@ -61,15 +65,7 @@ class KXWAN_API CSModem {
   uint32_t m_dwResponseTimeout;   // milliseconds, 1500
   KxSerial* m_pSerial;            // owned
 
- private:
-  bool Await(int& result, CString& response, unsigned long timeoutMs, uint32_t& earlier);
-  kxwan::LineState StateOfLine(uint32_t earlier) const;
-  void NoticeNewLine();
-
-  uint32_t m_owed;            // final results of commands that timed out
-  bool m_unsettled;           // some were owed when the speed changed or the port was reopened
-  bool m_awaiting;            // a command was sent and its result not yet waited for
-  uint32_t m_lineGeneration;  // the port's, when the line was last prepared
+  kxwan::Engine* m_pEngine;  // owned; its inside is the library's own
 };
 
 // Makes the next open of a port wait two seconds first, for PC cards that need to settle. The flag

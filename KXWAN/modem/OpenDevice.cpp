@@ -1,13 +1,19 @@
 #include <KXWAN/foundation/DebugLog.h>
-#include <KXWAN/foundation/TextPrivate.h>
+#include <KXWAN/foundation/TablePrivate.h>
+#include <KXWAN/foundation/WaitingPrivate.h>
 #include <KXWAN/modem/CSModem.h>
-#include <unistd.h>
+#include <KXWAN/modem/ExchangePrivate.h>
 
-#include <cstdio>
+#include <chrono>
+#include <string>
 
 bool pcCardOpenDelayFlag = false;
 
 namespace {
+
+using kxwan::Answer;
+using kxwan::Exchange;
+using kxwan::SetPortSpeed;
 
 struct SearchedSpeed {
   unsigned long maskBit;
@@ -34,33 +40,21 @@ constexpr DeviceOption kDeviceOptions[] = {
 
 bool OpenPort(KxSerial* port, const char* path) {
   if (port->fd != -1) return true;
-  if (pcCardOpenDelayFlag) {
-    pcCardOpenDelayFlag = false;
-    sleep(2);
+  if (__atomic_exchange_n(&pcCardOpenDelayFlag, false, __ATOMIC_ACQ_REL)) {
+    kxwan::WaitFully(std::chrono::seconds(2));
   }
   return port->Open(path) != 0 && port->fd != -1;
 }
 
-bool SetSpeed(KxSerial* port, unsigned long speed) {
-  return port->SetDataFormat(speed, E_PARITY_UNCHANGED, E_BYTESIZE_UNCHANGED,
-                             E_STOPBITS_UNCHANGED) != 0;
-}
-
 // Echo off and verbose results: the probe at every speed. Any final result counts as an answer.
-bool Probe(CSModem* modem, int& result) {
-  kxwan::ScopedText response;
-  return modem->SendCommandGetResponse("ATE0V1\r", result, response);
-}
+Answer Probe(CSModem* modem) { return Exchange(modem, "ATE0V1\r"); }
 
 bool AnswersAtOptimum(CSModem* modem, unsigned long speed) {
-  if (!SetSpeed(modem->m_pSerial, speed)) return false;
+  if (!SetPortSpeed(modem, speed)) return false;
   KXOutputDebug("CSModem::AutoBaud() - Set to optimum baud - %d\n", static_cast<int>(speed));
-  int result = kxwan::kResultTimeout;
-  if (!Probe(modem, result)) return false;
-  if (result == kxwan::kResultError) {
-    kxwan::ScopedText response;
-    modem->SendCommandGetResponse("AT+CFUN=1\r", result, response);
-  }
+  const Answer answer = Probe(modem);
+  if (!answer.Came()) return false;
+  if (answer.result == kxwan::kResultError) Exchange(modem, "AT+CFUN=1\r");
   KXOutputDebug("CSModem::AutoBaud() - Device at proper baud - %d\n", static_cast<int>(speed));
   return true;
 }
@@ -69,28 +63,25 @@ bool FindSpeed(CSModem* modem, unsigned long baudMask, unsigned long optimumBaud
   for (const SearchedSpeed& row : kSearchedSpeeds) {
     if ((baudMask & row.maskBit) == 0 || row.speed == optimumBaud) continue;
     KXOutputDebug("CSModem::AutoBaud() - Searching on baud - %d\n", static_cast<int>(row.speed));
-    int result = kxwan::kResultTimeout;
-    if (SetSpeed(modem->m_pSerial, row.speed) && Probe(modem, result)) return true;
+    if (SetPortSpeed(modem, row.speed) && Probe(modem).Came()) return true;
   }
   return false;
 }
 
 bool MoveToSpeed(CSModem* modem, unsigned long speed) {
-  char command[40];
-  snprintf(command, sizeof command, "AT+IPR=%lu\r", speed);
-  int result = kxwan::kResultTimeout;
-  kxwan::ScopedText response;
-  if (!modem->SendCommandGetResponse(command, result, response)) return false;
-  if (result != kxwan::kResultOk || !SetSpeed(modem->m_pSerial, speed)) return false;
+  const std::string command = kxwan::Formatted("AT+IPR=%lu\r", speed);
+  if (!kxwan::Accepts(modem, command.c_str()) || !SetPortSpeed(modem, speed)) return false;
   KXOutputDebug("CSModem::AutoBaud() - Changed to optimum baud - %d\n", static_cast<int>(speed));
-  if (!Probe(modem, result)) return false;
+  if (!Probe(modem).Came()) return false;
   KXOutputDebug("CSModem::AutoBaud() - Device reset to baud - %d\n", static_cast<int>(speed));
   return true;
 }
 
 }  // namespace
 
-void KXModemSetPCCardOpenDelayFlag() { pcCardOpenDelayFlag = true; }
+void KXModemSetPCCardOpenDelayFlag() {
+  __atomic_store_n(&pcCardOpenDelayFlag, true, __ATOMIC_RELEASE);
+}
 
 bool CSModem::OpenDeviceFast(const char* port, unsigned long baudMask, unsigned long optimumBaud) {
   if (!OpenPort(m_pSerial, port)) return false;
@@ -103,14 +94,7 @@ bool CSModem::OpenDeviceFast(const char* port, unsigned long baudMask, unsigned 
 }
 
 bool CSModem::InitModemOptions(const char*, KXModemProperties* properties) {
-  for (const DeviceOption& row : kDeviceOptions) {
-    if (!kxwan::Contains(properties->szManufacturer, row.manufacturer) ||
-        !kxwan::Contains(properties->szModel, row.model)) {
-      continue;
-    }
-    int result = kxwan::kResultTimeout;
-    kxwan::ScopedText response;
-    return SendCommandGetResponse(row.command, result, response);
-  }
-  return true;
+  const DeviceOption* option = kxwan::FindRow(
+      kDeviceOptions, kxwan::FitsDevice(properties->szManufacturer, properties->szModel));
+  return option == nullptr || Exchange(this, option->command).Came();
 }

@@ -9,15 +9,7 @@ namespace kxwan {
 
 namespace {
 
-// The lines that end a reply (V.250 5.7.1, 3GPP TS 27.007 9.1, 27.005 3.2.5).
-struct FinalLine {
-  std::string_view text;
-  bool whole = false;  // the line is exactly this; otherwise it begins with this
-  ResultCode code = kResultEquipmentError;
-  const char* kind = "";
-};
-
-constexpr FinalLine kFinalLines[] = {
+constexpr FinalLine kClassicFinalLines[] = {
     {.text = "OK", .whole = true, .code = kResultOk},
     {.text = "ERROR", .whole = true, .code = kResultError},
     {.text = "+CME ERROR:", .kind = "CME"},
@@ -27,31 +19,109 @@ constexpr FinalLine kFinalLines[] = {
 };
 
 bool Fits(const FinalLine& row, std::string_view line) {
-  return row.whole ? line == row.text : line.substr(0, row.text.size()) == row.text;
-}
-
-const FinalLine* FindFinalLine(std::string_view line) {
-  const FinalLine* end = std::end(kFinalLines);
-  const FinalLine* row =
-      std::find_if(kFinalLines, end, [&](const FinalLine& each) { return Fits(each, line); });
-  return row == end ? nullptr : row;
-}
-
-std::string_view TextOf(const Reply& reply, const Reply::Line& line) {
-  return reply.Text().substr(line.begin, line.end - line.begin);
+  return row.whole ? line == row.text : line.starts_with(row.text);
 }
 
 }  // namespace
 
-void Reply::Append(const char* data, size_t size) {
-  size = std::min(size, kMaximumLength - text_.size());
-  const char* end = data + size;
-  while (data != end) {
-    const char* nul = static_cast<const char*>(memchr(data, '\0', static_cast<size_t>(end - data)));
-    text_.append(data, nul != nullptr ? nul : end);
-    data = nul != nullptr ? nul + 1 : end;
+std::span<const FinalLine> ClassicFinalLines() { return kClassicFinalLines; }
+
+void Reply::Append(std::string_view bytes) {
+  DropTaken();
+  bytes = bytes.substr(0, kMaximumLength - std::min(kMaximumLength, text_.size() - taken_));
+  while (!bytes.empty()) {
+    const size_t nul = std::min(bytes.find('\0'), bytes.size());
+    text_.append(bytes, 0, nul);
+    bytes.remove_prefix(std::min(nul + 1, bytes.size()));
   }
 }
+
+// The characters of taken results go when they are the greater part, so that many results in a long
+// text cost in proportion to it; and a large buffer goes with them.
+void Reply::DropTaken() {
+  constexpr size_t kOrdinaryLength = size_t{64} << 10;
+  if (taken_ == 0 || taken_ < text_.size() / 2) return;
+  text_.erase(0, taken_);
+  if (text_.capacity() > kOrdinaryLength && text_.size() < kOrdinaryLength) text_.shrink_to_fit();
+  for (size_t* position : {&answer_, &try_, &searched_, &frontEnd_, &begin_, &findings_.frontEnd,
+                           &findings_.lastLineEnd, &findings_.tokensSearched}) {
+    *position -= std::min(*position, taken_);
+  }
+  taken_ = 0;
+}
+
+void Reply::BeginAnswer(bool earlierIsDue) {
+  if (!earlierIsDue) Drop();
+  DropExcess();
+  answer_ = try_ = text_.size();
+  findings_ = {};
+}
+
+void Reply::BeginTry(std::string_view command) {
+  if (Trimmed(Range(answer_, text_.size())) == Trimmed(command)) answer_ = text_.size();
+  try_ = text_.size();
+}
+
+void Reply::DropExcess() {
+  constexpr size_t kLongestBegin = size_t{64} << 10;
+  if (text_.size() - taken_ > kLongestBegin) Drop();
+  DropTaken();
+}
+
+void Reply::Drop() { taken_ = begin_ = searched_ = text_.size(); }
+
+bool Reply::TakeNext(FinalResult& result) {
+  Line line;
+  while (NextLine(line)) {
+    const FinalLine* row = FindFinalLine(Range(line.begin, line.end));
+    if (row == nullptr) continue;
+    result.code = row->code;
+    result.kind = row->kind;
+    result.text = row->code == kResultOk ? Range(answer_, line.frontEnd)
+                                         : Range(line.begin + row->text.size(), line.end);
+    FinishResult(result, line.frontEnd);
+    return true;
+  }
+  return false;
+}
+
+bool Reply::TakeOnly(FinalResult& result) {
+  NoteLines();
+  const FinalLine* row = findings_.row;
+  if (row == nullptr) SearchTokens();
+  if (row != nullptr) {
+    const bool ok = row->code == kResultOk;
+    result.code = row->code;
+    result.kind = row->kind;
+    result.text = ok ? Range(answer_, findings_.frontEnd) : std::string_view();
+  } else if ((findings_.cmeSeen || findings_.cmsSeen) && findings_.lastLineEnd > answer_) {
+    result.code = kResultEquipmentError;
+    result.kind = findings_.cmeSeen ? "CME" : "CMS";
+    result.text = Range(answer_, text_.size());
+    begin_ = searched_ = text_.size();
+  } else {
+    return false;
+  }
+  FinishResult(result, findings_.frontEnd);
+  return true;
+}
+
+// The next answer brings a line end of its own.
+void Reply::FinishResult(FinalResult& result, size_t end) {
+  result.text = Trimmed(result.text);
+  result.whole = Trimmed(Range(taken_, end));
+  result.beganEarlier = !Trimmed(Range(taken_, std::min(answer_, end))).empty();
+  taken_ = answer_ = try_ = begin_;
+  open_ = false;
+  findings_ = {};
+}
+
+std::string_view Reply::Unfinished() {
+  SearchTokens();
+  return Range(std::max(answer_, try_), text_.size());
+}
+
+bool Reply::HasText() const { return !Trimmed(Range(taken_, text_.size())).empty(); }
 
 bool Reply::NextLine(Line& line) {
   for (;;) {
@@ -73,97 +143,53 @@ bool Reply::NextLine(Line& line) {
   }
 }
 
-bool FirstResult::Look(Reply& reply, FinalResult& result) {
-  NoteLines(reply);
-  if (okFrontEnd_ != kNone) {
-    result = {kResultOk, "", cut_, okFrontEnd_};
-    return true;
-  }
-  if (errorSeen_) {
-    result = {kResultError, "", 0, 0};
-    return true;
-  }
-  SearchTokens(reply.Text());
-  result.begin = cut_;
-  if ((!cmeSeen_ && !cmsSeen_) || lastLineEnd_ <= cut_) return false;
-  result = {kResultEquipmentError, cmeSeen_ ? "CME" : "CMS", cut_, reply.Text().size()};
-  return true;
+const FinalLine* Reply::FindFinalLine(std::string_view line) const {
+  const auto row = std::find_if(finalLines_.begin(), finalLines_.end(),
+                                [&](const FinalLine& each) { return Fits(each, line); });
+  return row == finalLines_.end() ? nullptr : &*row;
 }
 
-void FirstResult::NoteLines(Reply& reply) {
-  Reply::Line line;
-  while (reply.NextLine(line)) {
-    lastLineEnd_ = line.next;
-    const std::string_view text = TextOf(reply, line);
-    if (text == "OK" && okFrontEnd_ == kNone) okFrontEnd_ = line.frontEnd;
-    if (text == "ERROR") errorSeen_ = true;
+// Both places may lie in front of what is left of the text.
+std::string_view Reply::Range(size_t begin, size_t end) const {
+  begin = std::min(begin, text_.size());
+  return std::string_view(text_).substr(begin, std::max(begin, end) - begin);
+}
+
+// Stops behind an "OK": what follows belongs to no answer, or to another.
+void Reply::NoteLines() {
+  Line line;
+  while ((findings_.row == nullptr || findings_.row->code != kResultOk) && NextLine(line)) {
+    findings_.lastLineEnd = line.next;
+    const FinalLine* row = FindFinalLine(Range(line.begin, line.end));
+    if (row == nullptr || row->code == kResultEquipmentError) continue;
+    if (findings_.row != nullptr && findings_.row <= row) continue;
+    findings_.row = row;
+    findings_.frontEnd = line.frontEnd;
   }
 }
 
 // Deliberate: a token is taken once, "+CME ERROR:" first wherever it stands, and what lies in front
 // of it is given up; a second one stays in the text.
-void FirstResult::SearchTokens(std::string_view text) {
+void Reply::SearchTokens() {
   constexpr size_t kLongestToken = std::string_view("\r\n+CME ERROR:").size();
-  if (!cmeSeen_) cmeSeen_ = CutBehind(text, "\r\n+CME ERROR:", "\r\nCME ERROR:");
-  if (!cmsSeen_) cmsSeen_ = CutBehind(text, "\r\n+CMS ERROR:", "\r\nCMS ERROR:");
-  tokensSearched_ = text.size() - std::min(text.size(), kLongestToken);
+  if (!findings_.cmeSeen) {
+    findings_.cmeSeen = CutBehind("\r\n+CME ERROR:", "\r\nCME ERROR:");
+  }
+  if (!findings_.cmsSeen) {
+    findings_.cmsSeen = CutBehind("\r\n+CMS ERROR:", "\r\nCMS ERROR:");
+  }
+  findings_.tokensSearched = text_.size() - std::min(text_.size(), kLongestToken);
 }
 
-bool FirstResult::CutBehind(std::string_view text, const char* plusToken, const char* bareToken) {
-  const size_t from = std::max(cut_, tokensSearched_);
-  for (const char* token : {plusToken, bareToken}) {
-    const size_t found = text.find(token, from);
-    if (found == std::string_view::npos) continue;
-    cut_ = found + strlen(token);
+bool Reply::CutBehind(std::string_view plusToken, std::string_view bareToken) {
+  const size_t from = std::max(answer_, findings_.tokensSearched);
+  for (const std::string_view token : {plusToken, bareToken}) {
+    const size_t found = text_.find(token, from);
+    if (found == std::string::npos) continue;
+    answer_ = found + token.size();
     return true;
   }
   return false;
-}
-
-bool ResultSequence::Look(Reply& reply, FinalResult& result) {
-  Reply::Line line;
-  while (reply.NextLine(line)) Note(reply, line, result);
-  return Complete();
-}
-
-void ResultSequence::Note(const Reply& reply, const Reply::Line& line, FinalResult& result) {
-  const FinalLine* row = FindFinalLine(TextOf(reply, line));
-  if (row == nullptr) return;
-  if (++count_ <= wanted_) {
-    result = {row->code, row->kind, line.begin + row->text.size(), line.end};
-    if (row->code == kResultOk) {
-      result.begin = std::min(textBegin_, line.frontEnd);
-      result.end = line.frontEnd;
-    }
-  }
-  textBegin_ = line.next;
-}
-
-bool ResultFinder::Look(Reply& reply, bool quiet, bool expired) {
-  if (line_ == LineState::kClean) {
-    found_ = first_.Look(reply, result_);
-  } else {
-    found_ =
-        sequence_.Look(reply, result_) || (sequence_.Count() > 0 && MayTakeLast(quiet, expired));
-  }
-  return found_;
-}
-
-// Where fewer results have come than were owed, an answer was lost on the way. Not so on a retry:
-// a device that was too slow for one try may be so for the next.
-bool ResultFinder::MayTakeLast(bool quiet, bool expired) const {
-  if (line_ == LineState::kUnsettled) return quiet || expired;
-  return line_ == LineState::kOwing && expired;
-}
-
-uint32_t ResultFinder::StillOwed(uint32_t outstanding) const {
-  if (found_ && (line_ == LineState::kClean || !sequence_.Complete())) return 0;
-  return outstanding - static_cast<uint32_t>(std::min<size_t>(outstanding, sequence_.Count()));
-}
-
-std::string_view ResultFinder::Text(const Reply& reply) const {
-  if (found_) return Trimmed(reply.Text().substr(result_.begin, result_.end - result_.begin));
-  return reply.Text().substr(line_ == LineState::kClean ? result_.begin : sequence_.TextBegin());
 }
 
 }  // namespace kxwan

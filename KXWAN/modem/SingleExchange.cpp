@@ -1,14 +1,13 @@
 #include <KXWAN/modem/SingleExchange.h>
 
-#include <KXWAN/foundation/TextPrivate.h>
+#include <KXWAN/modem/EnginePrivate.h>
 
 namespace kxwan {
 
 bool SendOnce(CSModem* modem, const char* command, unsigned long timeoutMs, int& result,
               CString& response) {
-  result = kResultTimeout;
-  MakeEmpty(response);
-  return modem->SendCommand(command) && modem->GetResponse(result, response, timeoutMs);
+  ConversationOf(modem).ExchangeOnce(command, SecondsOf(timeoutMs));
+  return modem->m_pEngine->Give(result, response);
 }
 
 }  // namespace kxwan

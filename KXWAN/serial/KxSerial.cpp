@@ -2,16 +2,18 @@
 
 #include <KXWAN/foundation/DebugLog.h>
 #include <KXWAN/foundation/TextPrivate.h>
-#include <KXWAN/foundation/Waiting.h>
+#include <KXWAN/foundation/WaitingPrivate.h>
 #include <KXWAN/serial/LineSpeedPrivate.h>
 #include <KXWAN/serial/PortSlots.h>
 #include <KXWAN/serial/SystemCallPrivate.h>
+#include <KXWAN/serial/TtyPrivate.h>
 #include <fcntl.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cctype>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <new>
 
@@ -46,8 +48,12 @@ struct termios RawAttributes(struct termios attributes) {
 // step left it.
 const char* TakeOver(KxSerial& port, const char* path) {
   port.fd = OpenTtyPatiently(path);
+  port.blocking = true;
+  port.exclusive = false;
   if (port.fd == -1) return "KxSerial::Open() - Error opening '%s' - %s(%d).\n";
+  const bool isTaken = kxwan::IsExclusive(port.fd);
   if (ioctl(port.fd, TIOCEXCL) != 0) return "KxSerial::Open() - Getting TIOCEXCL '%s' - %s(%d).\n";
+  port.exclusive = !isTaken;
   if (fcntl(port.fd, F_SETFL, 0) == -1) {
     return "KxSerial::Open() - Error clearing O_NONBLOCK '%s' - %s(%d).\n";
   }
@@ -61,22 +67,23 @@ const char* TakeOver(KxSerial& port, const char* path) {
   return nullptr;
 }
 
-// Gives what was written last half a second to go out and drops the rest: with the flow held off
-// the system's own close would wait for half a minute.
-void FinishOutput(int fd) {
-  constexpr int kChecks = 50;
-  int left = 0;
+// Whether what was written last has gone out. It gets three tenths of a second for that.
+bool FinishOutput(int fd) {
+  constexpr int kChecks = 30;
   for (int check = 0; check < kChecks; ++check) {
-    if (ioctl(fd, TIOCOUTQ, &left) != 0 || left == 0) return;
-    WaitMilliSecond(10);
+    int left = 0;
+    if (ioctl(fd, TIOCOUTQ, &left) != 0 || left == 0) return true;
+    kxwan::WaitFully(std::chrono::milliseconds(10));
   }
   tcflush(fd, TCOFLUSH);
+  return false;
 }
 
-// On a pseudo-terminal the exclusive flag outlives the close while the other end stays open.
-void CloseTty(int fd) {
-  ioctl(fd, TIOCNXCL);
-  close(fd);
+// On a pseudo-terminal the exclusive flag outlives the close while the other end stays open. One
+// that another's open had set, which the superuser is let through, stays.
+void GiveUpExclusiveUse(KxSerial& port) {
+  if (port.exclusive) ioctl(port.fd, TIOCNXCL);
+  port.exclusive = false;
 }
 
 }  // namespace
@@ -87,7 +94,9 @@ KxSerial::KxSerial()
       savedAttributes(),
       isOpen(0),
       debugPath(),
-      lineGeneration(0) {}
+      lineGeneration(0),
+      blocking(true),
+      exclusive(false) {}
 
 KxSerial::~KxSerial() { Close(); }
 
@@ -102,7 +111,8 @@ int KxSerial::Open(CString& path) {
   if (complaint != nullptr) {
     const int error = errno;
     KXOutputDebug(complaint, GetDebugDevicePath(device), std::strerror(error), error);
-    if (fd != -1) CloseTty(fd);
+    GiveUpExclusiveUse(*this);
+    if (fd != -1) close(fd);
     fd = -1;
     DeallocatePortID(portID);
     portID = kxwan::kNoPortID;
@@ -125,13 +135,18 @@ void KxSerial::Close() {
   KXOutputDebug("KxSerial::Close()\n");
   DeallocatePortID(portID);
   portID = kxwan::kNoPortID;
-  FinishOutput(fd);
+  const bool finished = FinishOutput(fd);
   if (kxwan::SetAttributes(fd, savedAttributes) == -1) {
     const int error = errno;
     KXOutputDebug("KxSerial::Close() - Error resetting tty attributes - %s(%d).\n",
                   std::strerror(error), error);
   }
-  CloseTty(fd);
+  GiveUpExclusiveUse(*this);
+  if (finished) {
+    close(fd);
+  } else {
+    kxwan::CloseUnsent(fd);
+  }
   fd = -1;
 }
 

@@ -26,8 +26,8 @@ enum E_FLOWCONTROL : int {
 // One open tty. Speeds are plain bits per second. Results are 1 for success and 0 for failure where
 // nothing else is said. Failures to open, read, write or set the speed are logged with the system's
 // error. A signal is no failure: the call is made again. Only Open, Close, Read and Write look
-// whether the port is open; on a closed one the others fail like any system call. One thread uses
-// one object.
+// whether the port is open; on a closed one the others fail like any system call. One thread at a
+// time uses one object; two objects may be used by two threads at the same time.
 class KXWAN_API KxSerial {
  public:
   KxSerial();
@@ -36,13 +36,17 @@ class KXWAN_API KxSerial {
   KxSerial& operator=(const KxSerial&) = delete;
 
   // Opens the tty for exclusive use, at 19200 bit/s, without line editing, echo and output
-  // processing, and with blocking reads that end after a tenth of a second of silence. What the tty
+  // processing, and with blocking reads that end after a tenth of a second of silence. The first
+  // Write makes the descriptor one that does not block, for as long as it is open. What the tty
   // translates on input, its framing and its flow control stay. A failed open leaves the object
   // closed. A port that is open is closed first.
   int Open(CString& path);
   int Open(const char* path);
 
-  // Restores the attributes that the tty had and closes it. Nothing when closed. isOpen stays.
+  // Restores the attributes that the tty had, gives up the exclusive use that this open took, and
+  // closes it. Nothing when closed. isOpen stays. What was written last gets 0.3 s to go out; what
+  // the device has not taken by then is dropped. On Linux a short-lived child process does that,
+  // of which the program gets no signal; no wait but one for every kind of child sees it.
   void Close();
 
   // Gathers a burst: gives back when len bytes have come or the line has been quiet for a tenth of
@@ -62,7 +66,8 @@ class KXWAN_API KxSerial {
   int SetDataFormat(unsigned long speed, int, int, int) {
     return SetDataFormat(speed, E_PARITY_UNCHANGED, E_BYTESIZE_UNCHANGED, E_STOPBITS_UNCHANGED);
   }
-  // Stores the input speed; on failure *speed is untouched.
+  // Stores the input speed, any that the tty may have: one that SetDataFormat does not know, or 0
+  // for a line that is hung up. On failure *speed is untouched.
   int GetDataFormat(unsigned long* speed);
 
   // Sets or clears RTS/CTS flow control; a mode other than these two changes nothing and gives 1.
@@ -109,6 +114,10 @@ class KXWAN_API KxSerial {
   // Counts the opens and the changes of speed that succeeded, so that an owner can tell that the
   // line is not the one it knew.
   uint32_t lineGeneration;
+
+  bool blocking;  // whether the system's own reads and writes of fd may wait; Read and Write do not
+                  // depend on it
+  bool exclusive;  // whether it was this open that took the tty for exclusive use
 };
 
 // For code that holds the port as an opaque pointer. CreateISSerial gives 0, or -1 when there is no

@@ -45,8 +45,7 @@ int KxSerial::SetDataFormat(unsigned long speed, E_PARITY, E_BYTESIZE, E_STOPBIT
 }
 
 int KxSerial::GetDataFormat(unsigned long* speed) {
-  struct termios attributes = {};
-  if (tcgetattr(fd, &attributes) == -1 || kxwan::GetLineSpeed(attributes, speed) == -1) {
+  if (kxwan::GetLineSpeed(fd, speed) == -1) {
     const int error = errno;
     KXOutputDebug("KxSerial::GetDataFormat() - Error getting tty attributes - %s(%d).\n",
                   std::strerror(error), error);

@@ -1,5 +1,7 @@
 #include <KXWAN/serial/LineSpeedPrivate.h>
 
+#include <KXWAN/serial/SpeedNumberPrivate.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <iterator>
@@ -28,9 +30,7 @@ template <typename Field>
 const Speed* Find(Field Speed::*field, Field value) {
   const Speed* row = std::find_if(std::begin(kSpeeds), std::end(kSpeeds),
                                   [&](const Speed& speed) { return speed.*field == value; });
-  if (row != std::end(kSpeeds)) return row;
-  errno = EINVAL;
-  return nullptr;
+  return row != std::end(kSpeeds) ? row : nullptr;
 }
 
 }  // namespace
@@ -38,12 +38,18 @@ const Speed* Find(Field Speed::*field, Field value) {
 // cfsetspeed takes a speed's code for the speed itself, so that 13 would set 9600.
 int SetLineSpeed(struct termios& attributes, unsigned long speed) {
   const Speed* row = Find(&Speed::bitsPerSecond, speed);
-  return row == nullptr ? -1 : cfsetspeed(&attributes, row->code);
+  if (row != nullptr) return cfsetspeed(&attributes, row->code);
+  errno = EINVAL;
+  return -1;
 }
 
-int GetLineSpeed(const struct termios& attributes, unsigned long* speed) {
+// A driver may put what its clock really gives, 115384 for 115200, beside the code. So the number
+// counts only where the code says nothing.
+int GetLineSpeed(int fd, unsigned long* speed) {
+  struct termios attributes = {};
+  if (tcgetattr(fd, &attributes) == -1) return -1;
   const Speed* row = Find(&Speed::code, cfgetispeed(&attributes));
-  if (row == nullptr) return -1;
+  if (row == nullptr) return GetSpeedNumber(fd, speed);
   *speed = row->bitsPerSecond;
   return 0;
 }

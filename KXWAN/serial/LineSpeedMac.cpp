@@ -13,7 +13,9 @@ int SetLineSpeed(struct termios& attributes, unsigned long speed) {
   return cfsetspeed(&attributes, static_cast<speed_t>(speed));
 }
 
-int GetLineSpeed(const struct termios& attributes, unsigned long* speed) {
+int GetLineSpeed(int fd, unsigned long* speed) {
+  struct termios attributes = {};
+  if (tcgetattr(fd, &attributes) == -1) return -1;
   *speed = cfgetispeed(&attributes);
   return 0;
 }

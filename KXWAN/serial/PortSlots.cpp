@@ -7,11 +7,14 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <mutex>
 
 kxwan::PortSlot portList[6];
 int32_t nextPortID = -1;
 
 namespace {
+
+std::mutex g_guard;
 
 template <typename Test>
 kxwan::PortSlot* FindSlot(Test test) {
@@ -27,6 +30,7 @@ bool HoldsPath(const kxwan::PortSlot& slot, const char* path) {
 }  // namespace
 
 uint32_t KxSerial::AllocatePortID(const char* path) {
+  const std::lock_guard<std::mutex> lock(g_guard);
   if (nextPortID == -1) {
     nextPortID = 0x103;
     std::fill(std::begin(portList), std::end(portList), kxwan::PortSlot{});
@@ -49,6 +53,7 @@ uint32_t KxSerial::AllocatePortID(const char* path) {
 }
 
 void KxSerial::DeallocatePortID(uint32_t id) {
+  const std::lock_guard<std::mutex> lock(g_guard);
   kxwan::PortSlot* slot =
       FindSlot([&](const kxwan::PortSlot& each) { return each.id != 0 && each.id == id; });
   if (slot == nullptr) {

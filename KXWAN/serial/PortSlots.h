@@ -18,7 +18,8 @@ struct PortSlot {
 }  // namespace kxwan
 
 // The process-wide record of open ports, for the log and not a lock: a port beyond the sixth, or
-// one that is open already, works without a slot. Not guarded: open and close on one thread.
+// one that is open already, works without a slot. Ports may be opened and closed on several
+// threads; who looks at the table itself does so while none of them is.
 extern KXWAN_API kxwan::PortSlot portList[6];
 
 // The identifier given out last; -1 before the first, which is 0x104. Never given out twice.

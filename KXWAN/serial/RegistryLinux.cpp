@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -37,16 +38,19 @@ bool CouldHoldDevice(udev_device* tty) {
 }
 
 // libudev as the registry. A dictionary is a search, a text a std::string. Iterators and services
-// are lists under a number: those that are still to come, and the one.
+// are lists under a number: those that are still to come, and the one. One thread at a time gets
+// in, as libudev demands.
 class UdevRegistry final : public Registry {
  public:
   int IOMasterPort(Object, Object* masterPort) override {
+    const Lock lock(guard_);
     if (context_ == nullptr) context_.reset(udev_new());
     *masterPort = 0;
     return context_ == nullptr ? ENOMEM : 0;
   }
 
   void* IOServiceMatching(const char*) override {
+    const Lock lock(guard_);
     Owned<udev_enumerate> search(udev_enumerate_new(context_.get()));
     if (search == nullptr) return nullptr;
     const int added = udev_enumerate_add_match_subsystem(search.get(), "tty");
@@ -57,6 +61,7 @@ class UdevRegistry final : public Registry {
   void CFDictionarySetValue(void*, const char*, const char*) override {}
 
   int IOServiceGetMatchingServices(Object, void* dictionary, Object* iterator) override {
+    const Lock lock(guard_);
     if (dictionary == nullptr) return EINVAL;
     Owned<udev_enumerate> search(static_cast<udev_enumerate*>(dictionary));
     const int error = udev_enumerate_scan_devices(search.get());
@@ -75,6 +80,7 @@ class UdevRegistry final : public Registry {
   }
 
   Object IOIteratorNext(Object iterator) override {
+    const Lock lock(guard_);
     const auto coming = objects_.find(iterator);
     if (coming == objects_.end() || coming->second.empty()) return 0;
     Tty tty = std::move(coming->second.front());
@@ -82,9 +88,13 @@ class UdevRegistry final : public Registry {
     return Keep({std::move(tty)});
   }
 
-  void IOObjectRelease(Object object) override { objects_.erase(object); }
+  void IOObjectRelease(Object object) override {
+    const Lock lock(guard_);
+    objects_.erase(object);
+  }
 
   const void* IORegistryEntryCreateCFProperty(Object service, const char* key) override {
+    const Lock lock(guard_);
     const auto found = objects_.find(service);
     if (found == objects_.end()) return nullptr;
     const Tty& tty = found->second.front();
@@ -105,11 +115,14 @@ class UdevRegistry final : public Registry {
   }
 
  private:
+  using Lock = std::lock_guard<std::mutex>;
+
   Object Keep(std::vector<Tty> ttys) {
     objects_[++lastObject_] = std::move(ttys);
     return lastObject_;
   }
 
+  std::mutex guard_;
   Owned<udev> context_;
   std::map<Object, std::vector<Tty>> objects_;
   Object lastObject_ = 0;

@@ -1,5 +1,6 @@
 #include <KXWAN/foundation/DebugLog.h>
 #include <KXWAN/serial/KxSerial.h>
+#include <KXWAN/serial/ReceivePrivate.h>
 #include <KXWAN/serial/SystemCallPrivate.h>
 #include <fcntl.h>
 #include <poll.h>
@@ -8,6 +9,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <climits>
+#include <cstdint>
 #include <cstring>
 
 namespace {
@@ -15,30 +18,73 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::milliseconds;
 
-constexpr Milliseconds kSilence(100);  // what VTIME stands for
+constexpr Milliseconds kSilence(100);
 constexpr Milliseconds kRoomWait(500);
 constexpr int kMaxStalledWrites = 3;
 
-// One read, which ends with 0 after a tenth of a second of silence. The system counts the silence
-// anew when a signal interrupts it; the deadline keeps a program with a fast timer from waiting for
-// ever.
-ssize_t ReadSome(int fd, unsigned char* buffer, size_t length) {
-  const auto deadline = Clock::now() + kSilence;
-  for (;;) {
-    const ssize_t count = read(fd, buffer, length);
-    if (count != -1 || errno != EINTR) return count;
-    if (Clock::now() >= deadline) return 0;
+// What the line is ready for, 0 when the time is over. Signals make the wait no shorter and no
+// longer.
+short Await(int fd, short events, Milliseconds wait) {
+  struct pollfd line = {fd, events, 0};
+  const auto deadline = Clock::now() + wait;
+  auto left = wait;
+  while (poll(&line, 1, static_cast<int>(std::clamp<int64_t>(left.count(), 0, INT_MAX))) == -1 &&
+         errno == EINTR) {
+    left = std::chrono::ceil<Milliseconds>(deadline - Clock::now());
+  }
+  return line.revents;
+}
+
+// What one look at the line gave.
+struct Look {
+  ssize_t count = 0;    // bytes; 0: nothing came; -1: the read failed, with errno
+  bool hungUp = false;  // nothing came and nothing will
+  Clock::time_point at = {};
+};
+
+constexpr short kHungUp = POLLHUP | POLLERR | POLLNVAL;
+
+// One read that gave nothing without failing: a quiet line is not ready to be read, while one that
+// hung up is, again and again.
+Look ReadOnce(int fd, void* buffer, size_t room) {
+  const auto at = Clock::now();
+  const ssize_t count = kxwan::Uninterrupted([&] { return read(fd, buffer, room); });
+  if (count == 0) return {0, Await(fd, POLLIN, Milliseconds(0)) != 0, at};
+  if (count == -1 && errno == EAGAIN) return {0, false, at};
+  return {count, false, at};
+}
+
+// Waits for input and takes what is there with one read.
+Look ReadWithin(int fd, void* buffer, size_t room, Milliseconds wait) {
+  const auto deadline = Clock::now() + wait;
+  for (auto left = wait;; left = std::chrono::ceil<Milliseconds>(deadline - Clock::now())) {
+    const short ready = Await(fd, POLLIN, left);
+    if (ready == 0) return {};
+    const Look look = ReadOnce(fd, buffer, room);
+    if (look.count != 0 || look.hungUp) return look;
+    if ((ready & kHungUp) != 0) return {0, true, look.at};
+    // Somebody else took it.
   }
 }
 
-void AwaitRoom(int fd) {
-  const auto deadline = Clock::now() + kRoomWait;
-  struct pollfd line = {fd, POLLOUT, 0};
-  auto left = kRoomWait;
-  while (left.count() > 0 && poll(&line, 1, static_cast<int>(left.count())) == -1 &&
-         errno == EINTR) {
-    left = std::chrono::duration_cast<Milliseconds>(deadline - Clock::now());
-  }
+// The same, and whatever is there when the time is over, as the process may run late.
+Look ReadWithinOrLate(int fd, void* buffer, size_t room, Milliseconds wait) {
+  const Look look = wait.count() > 0 ? ReadWithin(fd, buffer, room, wait) : Look();
+  return look.count != 0 || look.hungUp ? look : ReadOnce(fd, buffer, room);
+}
+
+void NoteReadError(KxSerial& port) {
+  const int error = errno;
+  port.isOpen = 0;
+  KXOutputDebug("KxSerial::Read() - Error reading from modem - %s(%d).\n", std::strerror(error),
+                error);
+}
+
+// Once for each open: what the descriptor is does not change behind that.
+void StopBlocking(KxSerial& port) {
+  if (!port.blocking) return;
+  fcntl(port.fd, F_SETFL, O_NONBLOCK);
+  port.blocking = false;
 }
 
 // One write to a line that does not block. 0 when the line has taken nothing for half a second.
@@ -46,7 +92,7 @@ ssize_t WriteSome(int fd, const unsigned char* data, size_t length) {
   const auto attempt = [&] { return write(fd, data, length); };
   ssize_t count = kxwan::Uninterrupted(attempt);
   if (count != -1 || errno != EAGAIN) return count;
-  AwaitRoom(fd);
+  Await(fd, POLLOUT, kRoomWait);
   count = kxwan::Uninterrupted(attempt);
   return count == -1 && errno == EAGAIN ? 0 : count;
 }
@@ -66,22 +112,29 @@ int WriteAll(int fd, const unsigned char* data, size_t length) {
 
 }  // namespace
 
+namespace kxwan {
+
+Arrival Receive(KxSerial& port, char* buffer, size_t room, Milliseconds wait) {
+  if (port.fd < 0) return {.gone = true, .at = Clock::now()};
+  StopBlocking(port);
+  const Look look = ReadWithinOrLate(port.fd, buffer, room, wait);
+  if (look.count >= 0) return {static_cast<size_t>(look.count), look.hungUp, look.at};
+  NoteReadError(port);
+  return {0, true, look.at};
+}
+
+}  // namespace kxwan
+
 int KxSerial::Read(unsigned char* buf, unsigned long len, unsigned long* got) {
   unsigned long stored = 0;
   bool failed = false;
   while (fd >= 0 && stored < len) {
-    const ssize_t count = ReadSome(fd, buf + stored, len - stored);
-    if (count == 0) break;
-    if (count < 0) {
-      const int error = errno;
-      isOpen = 0;
-      KXOutputDebug("KxSerial::Read() - Error reading from modem - %s(%d).\n", std::strerror(error),
-                    error);
-      failed = true;
-      break;
-    }
-    stored += static_cast<unsigned long>(count);
+    const Look look = ReadWithin(fd, buf + stored, len - stored, kSilence);
+    failed = look.count == -1;
+    if (look.count <= 0) break;
+    stored += static_cast<unsigned long>(look.count);
   }
+  if (failed) NoteReadError(*this);
   buf[stored] = '\0';
   *got = failed ? 0 : stored;
   return *got != 0 ? 1 : 0;
@@ -93,7 +146,7 @@ int KxSerial::Read(unsigned char* buf, int len) {
   return static_cast<int>(got);
 }
 
-// The line does not block while it is written to: a device that holds the flow off, or a host end
+// The line does not block: a device that holds the flow off, or a host end
 // that nobody reads, would keep a blocking write for ever.
 int KxSerial::Write(const unsigned char* buf, unsigned long len) {
   if (fd < 0) return 0;
@@ -102,9 +155,8 @@ int KxSerial::Write(const unsigned char* buf, unsigned long len) {
     return 0;
   }
   if (len == 0) return 1;
-  fcntl(fd, F_SETFL, O_NONBLOCK);
+  StopBlocking(*this);
   const int error = WriteAll(fd, buf, len);
-  fcntl(fd, F_SETFL, 0);
   if (error == 0) return 1;
   if (error == EAGAIN) return 0;
   isOpen = 0;

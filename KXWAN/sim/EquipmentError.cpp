@@ -1,10 +1,10 @@
 #include <KXWAN/sim/EquipmentError.h>
 
-#include <KXWAN/foundation/TextPrivate.h>
+#include <KXWAN/foundation/TablePrivate.h>
 #include <KXWAN/sim/SimCodes.h>
 
-#include <algorithm>
 #include <iterator>
+#include <string_view>
 
 namespace {
 
@@ -45,16 +45,13 @@ static_assert(*std::rbegin(kVerboseRows)->phrase == '\0', "the last row must fit
 }  // namespace
 
 long DecodeCMError(const CString& errorText) {
-  const auto* number =
-      std::find_if(std::begin(kNumericRows), std::end(kNumericRows),
-                   [&](const NumericRow& row) { return kxwan::Equals(errorText, row.text); });
-  if (number != std::end(kNumericRows)) return number->code;
-
-  return std::find_if(std::begin(kVerboseRows), std::end(kVerboseRows),
-                      [&](const VerboseRow& row) {
-                        const int found = row.ignoreCase ? errorText.FindNoCase(row.phrase)
-                                                         : errorText.Find(row.phrase);
-                        return found >= 0;
-                      })
-      ->code;
+  const std::string_view text = errorText.String();
+  const NumericRow* number =
+      kxwan::FindRow(kNumericRows, [text](const NumericRow& row) { return text == row.text; });
+  if (number != nullptr) return number->code;
+  const auto fits = [text](const VerboseRow& row) {
+    return row.ignoreCase ? kxwan::ContainsNoCase(text, row.phrase)
+                          : kxwan::Contains(text, row.phrase);
+  };
+  return kxwan::FirstRow(kVerboseRows, fits).code;
 }

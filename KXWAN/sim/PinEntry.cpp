@@ -1,12 +1,10 @@
 #include <KXWAN/sim/PinEntry.h>
 
-#include <KXWAN/foundation/TextPrivate.h>
-#include <KXWAN/modem/SingleExchange.h>
+#include <KXWAN/foundation/TablePrivate.h>
+#include <KXWAN/modem/ExchangePrivate.h>
 #include <KXWAN/sim/SecretPrivate.h>
 #include <KXWAN/sim/SimCard.h>
 
-#include <algorithm>
-#include <iterator>
 #include <string_view>
 
 namespace kxwan {
@@ -25,12 +23,19 @@ constexpr RefusalRow kRefusals[] = {
     {SimState::kFailed, PinOutcome::kBlocked, PinOutcome::kBlocked},
 };
 
-struct OutcomeText {
+// Exchanges that did not come to an answer or its absence.
+struct UnsentRow {
+  int result;
   PinOutcome outcome;
-  const char* text;
 };
 
-constexpr OutcomeText kOutcomeTexts[] = {
+constexpr UnsentRow kUnsent[] = {
+    {kResultInDoubt, PinOutcome::kInDoubt},
+    {kResultNotSent, PinOutcome::kLineBlocked},
+    {kResultDeviceGone, PinOutcome::kDeviceGone},
+};
+
+constexpr CodeText<PinOutcome> kOutcomeTexts[] = {
     {PinOutcome::kAccepted, "Accepted."},
     {PinOutcome::kWrong,
      "Refused, most likely because it is wrong. Make sure of the digits: every try counts."},
@@ -42,6 +47,15 @@ constexpr OutcomeText kOutcomeTexts[] = {
      "The device did not answer in time, and the try may have counted. Ask for the state of the "
      "SIM before another."},
     {PinOutcome::kNotSent, "Nothing was sent: a PIN has 4 to 8 digits and a PUK has 8."},
+    {PinOutcome::kInDoubt,
+     "Nothing was sent: the device still owes answers to earlier commands, so that its answer "
+     "could "
+     "not have been told from those. Try again in a while."},
+    {PinOutcome::kLineBlocked,
+     "The line took nothing, or not all of it, so that the entry cannot have counted. Is the "
+     "device "
+     "on, and its flow control (RTS/CTS) as the port's?"},
+    {PinOutcome::kDeviceGone, "The device has left: it was unplugged, or the line hung up."},
 };
 
 bool IsDigits(const char* text, size_t shortest, size_t longest) {
@@ -50,22 +64,30 @@ bool IsDigits(const char* text, size_t shortest, size_t longest) {
          digits.find_first_not_of("0123456789") == digits.npos;
 }
 
-bool SaysWrongPassword(const CString& error) {
-  return Equals(error, "16") || error.FindNoCase("incorrect password") >= 0;
+bool SaysWrongPassword(std::string_view error) {
+  return error == "16" || ContainsNoCase(error, "incorrect password");
+}
+
+// Without an answer, only a state that the entry must have led to tells what came of it.
+PinOutcome OutcomeOfState(SimState state) {
+  if (state == SimState::kReady) return PinOutcome::kAccepted;
+  return state == SimState::kPuk ? PinOutcome::kPukNeeded : PinOutcome::kNoAnswer;
 }
 
 PinOutcome Enter(CSModem* modem, const char* command, unsigned long timeoutMs,
                  PinOutcome RefusalRow::*refusal) {
-  ScopedText response;
-  int result = kResultTimeout;
-  if (!SendOnce(modem, command, timeoutMs, result, response)) return PinOutcome::kNoAnswer;
-  if (result == kResultOk) return PinOutcome::kAccepted;
+  const Answer answer = ExchangeSurely(modem, command, timeoutMs);
+  if (answer.IsOk()) return PinOutcome::kAccepted;
+  const UnsentRow* unsent =
+      FindRow(kUnsent, [&](const UnsentRow& each) { return each.result == answer.result; });
+  if (unsent != nullptr) return unsent->outcome;
 
   const SimState state = ReadSimState(modem);
-  const auto* row = std::find_if(std::begin(kRefusals), std::end(kRefusals),
-                                 [&](const RefusalRow& entry) { return entry.state == state; });
-  if (row != std::end(kRefusals)) return row->*refusal;
-  return SaysWrongPassword(response) ? PinOutcome::kWrong : PinOutcome::kNotPossible;
+  if (!answer.Came()) return OutcomeOfState(state);
+  const RefusalRow* row =
+      FindRow(kRefusals, [state](const RefusalRow& each) { return each.state == state; });
+  if (row != nullptr) return row->*refusal;
+  return SaysWrongPassword(answer.text) ? PinOutcome::kWrong : PinOutcome::kNotPossible;
 }
 
 }  // namespace
@@ -83,10 +105,7 @@ PinOutcome EnterPuk(CSModem* modem, const char* puk, const char* newPin, unsigne
 }
 
 const char* DescribePinOutcome(PinOutcome outcome) {
-  const auto* row =
-      std::find_if(std::begin(kOutcomeTexts), std::end(kOutcomeTexts),
-                   [&](const OutcomeText& entry) { return entry.outcome == outcome; });
-  return row != std::end(kOutcomeTexts) ? row->text : "This is no outcome of an entry.";
+  return TextOf(kOutcomeTexts, outcome, "This is no outcome of an entry.");
 }
 
 bool IsPin(const char* text) { return IsDigits(text, 4, 8); }

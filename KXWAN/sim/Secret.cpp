@@ -1,21 +1,15 @@
 #include <KXWAN/sim/SecretPrivate.h>
 
+#include <KXWAN/foundation/TextPrivate.h>
+
 #include <cstdarg>
-#include <cstdio>
 
 namespace kxwan {
 
 SecretCommand::SecretCommand(const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  va_list again;
-  va_copy(again, arguments);
-  const int length = std::vsnprintf(nullptr, 0, format, arguments);
-  if (length > 0) {
-    text_.resize(static_cast<size_t>(length));
-    std::vsnprintf(text_.data(), text_.size() + 1, format, again);
-  }
-  va_end(again);
+  FormatInto(text_, format, arguments);  // in place: no copy is left behind
   va_end(arguments);
 }
 

@@ -1,8 +1,8 @@
 #include <KXWAN/sim/SimCard.h>
 
-#include <KXWAN/foundation/TextPrivate.h>
+#include <KXWAN/foundation/TablePrivate.h>
+#include <KXWAN/modem/ExchangePrivate.h>
 
-#include <algorithm>
 #include <iterator>
 #include <string_view>
 
@@ -47,12 +47,7 @@ constexpr WordRow kWordRows[] = {
 };
 static_assert(std::rbegin(kWordRows)->phrase.empty(), "the last row must fit any answer");
 
-struct StateText {
-  SimState state;
-  const char* text;
-};
-
-constexpr StateText kStateTexts[] = {
+constexpr CodeText<SimState> kStateTexts[] = {
     {SimState::kReady, "The SIM is ready."},
     {SimState::kPin, "The SIM needs its PIN."},
     {SimState::kPuk, "The SIM is blocked: it needs the PUK and a new PIN."},
@@ -64,51 +59,43 @@ constexpr StateText kStateTexts[] = {
     {SimState::kFailed, "The SIM failed, does not fit or is blocked for good."},
     {SimState::kNoAnswer, "The device did not answer when it was asked for the state of its SIM."},
     {SimState::kUnknown, "The device does not tell the state of its SIM."},
+    {SimState::kDeviceGone, "The device has left: it was unplugged, or the line hung up."},
 };
 
-bool ContainsNoCase(std::string_view text, std::string_view part) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-  return std::search(text.begin(), text.end(), part.begin(), part.end(),
-                     [&](char a, char b) { return lower(a) == lower(b); }) != text.end() ||
-         part.empty();
-}
-
 SimState StateInWords(std::string_view text) {
-  return std::find_if(std::begin(kWordRows), std::end(kWordRows),
-                      [&](const WordRow& row) { return ContainsNoCase(text, row.phrase); })
-      ->state;
+  const auto fits = [text](const WordRow& row) { return ContainsNoCase(text, row.phrase); };
+  return FirstRow(kWordRows, fits).state;
 }
 
 SimState StateOfError(std::string_view text) {
   const bool isNumber = !text.empty() && text.find_first_not_of("0123456789") == text.npos;
   if (!isNumber) return StateInWords(text);
   const int32_t number = ToInt(text);
-  const auto* row = std::find_if(
-      std::begin(kNumberRows), std::end(kNumberRows),
-      [&](const NumberRow& entry) { return entry.first <= number && number <= entry.last; });
-  return row != std::end(kNumberRows) ? row->state : SimState::kUnknown;
+  const NumberRow* row = FindRow(kNumberRows, [number](const NumberRow& each) {
+    return each.first <= number && number <= each.last;
+  });
+  return row != nullptr ? row->state : SimState::kUnknown;
 }
 
-SimState Ask(CSModem* modem, const char* command) {
-  ScopedText reply;
-  int result = kResultTimeout;
-  if (!modem->SendCommandGetResponse(command, result, reply)) return SimState::kNoAnswer;
-  if (result == kResultEquipmentError) return StateOfError(View(reply));
-  const std::string_view text = TextBehind(View(reply), "+CPIN:");
+SimState AskState(CSModem* modem, const char* command) {
+  constexpr unsigned long kTimeoutMs = 5000;
+  const Answer answer = ExchangeOnce(modem, command, kTimeoutMs);
+  if (answer.result == kResultDeviceGone) return SimState::kDeviceGone;
+  if (!answer.Came()) return SimState::kNoAnswer;
+  if (answer.result == kResultEquipmentError) return StateOfError(answer.text);
+  const std::string_view text = TextBehind(answer.text, "+CPIN:");
   return StateInWords(text.substr(0, text.find_first_of("\r\n")));
 }
 
 }  // namespace
 
 SimState ReadSimState(CSModem* modem) {
-  const SimState state = Ask(modem, "AT+CMEE=1;+CPIN?\r");
-  return state == SimState::kUnknown ? Ask(modem, "AT+CPIN?\r") : state;
+  const SimState state = AskState(modem, "AT+CMEE=1;+CPIN?\r");
+  return state == SimState::kUnknown ? AskState(modem, "AT+CPIN?\r") : state;
 }
 
 const char* DescribeSimState(SimState state) {
-  const auto* row = std::find_if(std::begin(kStateTexts), std::end(kStateTexts),
-                                 [&](const StateText& entry) { return entry.state == state; });
-  return row != std::end(kStateTexts) ? row->text : "This is no state of a SIM.";
+  return TextOf(kStateTexts, state, "This is no state of a SIM.");
 }
 
 }  // namespace kxwan

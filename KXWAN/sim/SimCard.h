@@ -17,7 +17,8 @@ enum class SimState {
   kBusy,    // starting up; ask again
   kFailed,  // broken, wrong or blocked for good
   kNoAnswer,
-  kUnknown  // the answer says nothing
+  kUnknown,    // the answer says nothing
+  kDeviceGone  // the line hung up
 };
 
 // Asks with "AT+CMEE=1;+CPIN?" (3GPP TS 27.007 8.3), which leaves numeric error reports switched

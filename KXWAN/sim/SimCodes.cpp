@@ -1,17 +1,11 @@
 #include <KXWAN/sim/SimCodes.h>
 
-#include <algorithm>
-#include <iterator>
+#include <KXWAN/foundation/TablePrivate.h>
 
 namespace kxwan {
 namespace {
 
-struct CodeText {
-  long code;
-  const char* text;
-};
-
-constexpr CodeText kCodeTexts[] = {
+constexpr CodeText<long> kCodeTexts[] = {
     {kSimReady, "The SIM needs no password."},
     {kSimNotExchanged, "The device did not answer, or gave an unexpected answer."},
     {kSimPukRequired, "The SIM is blocked: it needs the PUK and a new PIN."},
@@ -23,14 +17,11 @@ constexpr CodeText kCodeTexts[] = {
     {kSimPinRequired, "The SIM needs its PIN."},
     {kSimNoAnswer, "The device did not answer when it was asked for the state of its SIM."},
 };
-constexpr const char* kUnknownText = "This code is not one of the SIM operations'.";
 
 }  // namespace
 
 const char* DescribeSimCode(long code) {
-  const auto* row = std::find_if(std::begin(kCodeTexts), std::end(kCodeTexts),
-                                 [&](const CodeText& entry) { return entry.code == code; });
-  return row != std::end(kCodeTexts) ? row->text : kUnknownText;
+  return TextOf(kCodeTexts, code, "This code is not one of the SIM operations'.");
 }
 
 }  // namespace kxwan

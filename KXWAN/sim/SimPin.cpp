@@ -1,13 +1,13 @@
 #include <KXWAN/sim/SimPin.h>
 
 #include <KXWAN/foundation/Host.h>
-#include <KXWAN/foundation/TextPrivate.h>
+#include <KXWAN/foundation/TablePrivate.h>
+#include <KXWAN/modem/ExchangePrivate.h>
 #include <KXWAN/sim/SecretPrivate.h>
 #include <KXWAN/sim/SimCodes.h>
 
-#include <algorithm>
-#include <iterator>
 #include <span>
+#include <string>
 
 namespace {
 
@@ -20,27 +20,22 @@ constexpr Refusal kPinRefusals[] = {{"12", kxwan::kSimPukRequired},
                                     {"16", kxwan::kSimWrongPassword}};
 constexpr Refusal kPukRefusals[] = {{"16", kxwan::kSimPukRejected}, {"12", kxwan::kSimPukRejected}};
 
-long DecodeRefusal(const CString& response, std::span<const Refusal> refusals) {
-  const auto row = std::find_if(refusals.begin(), refusals.end(), [&](const Refusal& entry) {
-    return kxwan::Equals(response, entry.text);
-  });
-  if (row != refusals.end()) return row->code;
-  kxwan::ScopedText message;
-  message.Format("+CME ERROR: %s", response.String());
-  AfxMessageBox(message.String());
+long DecodeRefusal(const std::string& response, std::span<const Refusal> refusals) {
+  const Refusal* row =
+      kxwan::FindRow(refusals, [&](const Refusal& each) { return response == each.text; });
+  if (row != nullptr) return row->code;
+  AfxMessageBox(("+CME ERROR: " + response).c_str());
   return kxwan::kSimOtherError;
 }
 
 // pin is what SaveSIMPIN takes once the entry was accepted.
 long Enter(CSModem* modem, const char* command, std::span<const Refusal> refusals, const char* pin,
            bool save) {
-  kxwan::ScopedText response;
-  int result = kxwan::kResultTimeout;
-  if (!modem->SendCommandGetResponse(command, result, response)) return kxwan::kSimNotExchanged;
+  const kxwan::Answer answer = kxwan::Exchange(modem, command);
   // Deliberate: the texts are those of a plain ERROR, for devices that put the number there, and an
   // equipment error is an unexpected answer. Applications tell the two apart by these codes.
-  if (result == kxwan::kResultError) return DecodeRefusal(response, refusals);
-  if (result != kxwan::kResultOk) return kxwan::kSimNotExchanged;
+  if (answer.result == kxwan::kResultError) return DecodeRefusal(answer.text, refusals);
+  if (!answer.IsOk()) return kxwan::kSimNotExchanged;
   return !save || SaveSIMPIN(modem, pin) ? kxwan::kSimReady : kxwan::kSimPinNotSaved;
 }
 
@@ -66,8 +61,5 @@ long SetPINPUKOnCard(CSModem* modem, KXDevicePassword* password) {
 
 bool SaveSIMPIN(CSModem* modem, const char* pin) {
   const kxwan::SecretCommand command("AT+CLCK=\"SC\",0,\"%s\"\r", pin);
-  kxwan::ScopedText response;
-  int result = kxwan::kResultTimeout;
-  return modem->SendCommandGetResponse(command.String(), result, response) &&
-         result == kxwan::kResultOk;
+  return kxwan::Accepts(modem, command.String());
 }

@@ -1,6 +1,7 @@
 #include <KXWAN/sim/SimState.h>
 
 #include <KXWAN/foundation/TextPrivate.h>
+#include <KXWAN/modem/ExchangePrivate.h>
 #include <KXWAN/sim/EquipmentError.h>
 #include <KXWAN/sim/SimCodes.h>
 
@@ -28,22 +29,20 @@ long IsPasswordRequired(CSModem* modem, long* pinLength) {
 }
 
 long CheckSIMState(CSModem* modem, const char* command) {
-  kxwan::ScopedText reply;
-  int result = kxwan::kResultTimeout;
-  if (!modem->SendCommandGetResponse(command, result, reply)) return kxwan::kSimNoAnswer;
+  const kxwan::Answer answer = kxwan::Exchange(modem, command);
+  if (!answer.Came()) return kxwan::kSimNoAnswer;
   // Deliberate: the text behind OK is not looked at, and a plain ERROR counts as ready. Only
   // devices that report the state as an equipment error are told apart here.
-  return result == kxwan::kResultEquipmentError ? DecodeCMError(reply) : kxwan::kSimReady;
+  if (answer.result != kxwan::kResultEquipmentError) return kxwan::kSimReady;
+  return DecodeCMError(kxwan::ScopedText(answer.text.c_str()));
 }
 
 long GetSIMPINLength(CSModem* modem) {
   constexpr std::string_view kLockEntry = "(\"SC\",";
-  kxwan::ScopedText reply;
-  int result = kxwan::kResultTimeout;
-  const bool answered = modem->SendCommandGetResponse("AT+CPWD=?\r", result, reply);
-  if (!answered || result != kxwan::kResultOk) return 0;
+  const kxwan::Answer answer = kxwan::Exchange(modem, "AT+CPWD=?\r");
+  if (!answer.IsOk()) return 0;
 
-  const std::string_view text = kxwan::View(reply);
+  const std::string_view text = answer.text;
   const size_t entry = text.find(kLockEntry);
   if (entry == std::string_view::npos) return 0;
   const std::string_view length = text.substr(entry + kLockEntry.size());

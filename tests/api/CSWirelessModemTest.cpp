@@ -1,6 +1,7 @@
 #include <KXWAN/api/CSWirelessModem.h>
 #include <gtest/gtest.h>
 #include <tests/support/ScriptedDevice.h>
+#include <tests/support/SideBySide.h>
 
 #include <cstring>
 
@@ -17,7 +18,7 @@ kxsim::Profile At(int speed, const Answers& answers = {}) {
 
 void Hurry(CSWirelessModem& modem) {
   modem.m_pModem->m_nRetries = 1;
-  modem.m_pModem->m_dwResponseTimeout = 50;
+  modem.m_pModem->m_dwResponseTimeout = 1500;
 }
 
 TEST(CSWirelessModem, IsClosedOrOpen) {
@@ -39,25 +40,30 @@ TEST(CSWirelessModem, IsClosedOrOpen) {
 }
 
 struct DetectCase {
+  const char* name;
   int deviceSpeed;
   unsigned long found;
   CHandsetPlatform platform;
 };
 
+const DetectCase kDetectCases[] = {
+    {"19200", 19200, 19200, PLATFORM_GSM},
+    {"230400", 230400, 230400, PLATFORM_GSM},
+    {"9600", 9600, 9600, PLATFORM_GSM},
+    {"at a speed that is not tried", 38400, 9600, PLATFORM_UNKNOWN},
+};
+
 TEST(DetectModem, TriesTheSpeedsInTurn) {
-  const Answers gsm = {{"AT+GCAP", "+CGSM"}};
-  for (const DetectCase& row :
-       {DetectCase{19200, 19200, PLATFORM_GSM}, DetectCase{230400, 230400, PLATFORM_GSM},
-        DetectCase{9600, 9600, PLATFORM_GSM}, DetectCase{38400, 9600, PLATFORM_UNKNOWN}}) {
-    SCOPED_TRACE(row.deviceSpeed);
-    kxsim::SimulatedDevice device(At(row.deviceSpeed, gsm));
+  SideBySide(kDetectCases, [](const DetectCase& row) {
+    kxsim::SimulatedDevice device(At(row.deviceSpeed, {{"AT+GCAP", "+CGSM"}}));
     CSWirelessModem modem;
     ASSERT_TRUE(modem.Open(device.Path().c_str()));
     Hurry(modem);
+    if (row.platform == PLATFORM_UNKNOWN) modem.m_pModem->m_dwResponseTimeout = 60;
     unsigned long baud = 0;
     EXPECT_EQ(modem.DetectModem(baud), row.platform);
     EXPECT_EQ(baud, row.found);
-  }
+  });
 }
 
 struct CardCase {
@@ -98,15 +104,14 @@ const OpenCase kOpenCases[] = {
 };
 
 TEST(OpenDevice, SearchesByThePlatform) {
-  for (const OpenCase& row : kOpenCases) {
-    SCOPED_TRACE(row.name);
+  SideBySide(kOpenCases, [](const OpenCase& row) {
     kxsim::SimulatedDevice device(At(row.deviceSpeed, {{"AT+IPR=115200", "OK"}}));
     KXModemProperties properties = {row.type, 115200, "", ""};
     std::strcpy(properties.szManufacturer, row.manufacturer);
     CSWirelessModem modem;
     EXPECT_EQ(modem.OpenDevice(device.Path().c_str(), &properties), row.opened);
     EXPECT_EQ(device.Commands(), (Lines{"ATE0V1", "AT+IPR=115200", "ATE0V1"}));
-  }
+  });
 }
 
 TEST(OpenDevice, IsClosedAgainAfterAFailure) {

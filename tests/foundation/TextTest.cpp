@@ -48,17 +48,3 @@ TEST(Text, CopiesAsMuchAsFits) {
   kxwan::CopyText(buffer, 5, {"x\0y", 3});
   EXPECT_STREQ(buffer, "x");
 }
-
-TEST(Text, ScopedTextsFreeTheirOwnCharactersOnly) {
-  CString kept("kept");
-  {
-    kxwan::ScopedText scoped("scoped");
-    scoped = kept;
-    EXPECT_STREQ(scoped.String(), "kept");
-    EXPECT_NE(scoped.String(), kept.String());
-  }
-  EXPECT_STREQ(kept.String(), "kept");
-  kxwan::DiscardText(kept);
-  EXPECT_TRUE(kept.IsEmpty());
-  EXPECT_EQ(kept.GetData(), _afxDataNil);
-}

@@ -1,8 +1,10 @@
 #include <KXWAN/foundation/Waiting.h>
+#include <KXWAN/foundation/WaitingPrivate.h>
 #include <gtest/gtest.h>
 #include <sys/time.h>
 
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 
 TEST(Waiting, WrapsAt32Bits) {
@@ -11,18 +13,36 @@ TEST(Waiting, WrapsAt32Bits) {
   EXPECT_EQ(WaitMilliSecond(0x20000000), 0);
 }
 
+// Signals that come as long as this lives.
+class Interruptions {
+ public:
+  Interruptions() {
+    struct sigaction action = {};
+    action.sa_handler = [](int) {};
+    sigaction(SIGALRM, &action, &before_);
+    const itimerval soon = {{0, 1000}, {0, 1000}};
+    setitimer(ITIMER_REAL, &soon, nullptr);
+  }
+  ~Interruptions() {
+    const itimerval never = {};
+    setitimer(ITIMER_REAL, &never, nullptr);
+    sigaction(SIGALRM, &before_, nullptr);
+  }
+
+ private:
+  struct sigaction before_ = {};
+};
+
 TEST(Waiting, GivesWhatAnInterruptedSleepGave) {
-  struct sigaction action = {};
-  struct sigaction before = {};
-  action.sa_handler = [](int) {};
-  sigaction(SIGALRM, &action, &before);
-  const itimerval soon = {{0, 1000}, {0, 1000}};
-  const itimerval never = {};
-  setitimer(ITIMER_REAL, &soon, nullptr);
-  const int result = WaitMilliSecond(60000);
-  const int error = errno;
-  setitimer(ITIMER_REAL, &never, nullptr);
-  sigaction(SIGALRM, &before, nullptr);
-  EXPECT_EQ(result, -1);
-  EXPECT_EQ(error, EINTR);
+  const Interruptions signals;
+  EXPECT_EQ(WaitMilliSecond(60000), -1);
+  EXPECT_EQ(errno, EINTR);
+}
+
+TEST(Waiting, IsDoneFullyWhereItMustBe) {
+  using Clock = std::chrono::steady_clock;
+  const Interruptions signals;
+  const Clock::time_point start = Clock::now();
+  kxwan::WaitFully(std::chrono::milliseconds(1000));
+  EXPECT_GE(Clock::now() - start, std::chrono::milliseconds(1000));
 }

@@ -3,6 +3,7 @@
 #include <sys/resource.h>
 #include <tests/support/ScriptedDevice.h>
 #include <tests/support/TestLog.h>
+#include <tests/support/Waiting.h>
 
 #include <chrono>
 
@@ -29,10 +30,6 @@ double CpuSeconds() {
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
   };
   return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-}
-
-double SecondsSince(std::chrono::steady_clock::time_point start) {
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
 struct ReplyCase {
@@ -186,6 +183,18 @@ TEST(Exchange, EndsInTimeOnAFlood) {
   EXPECT_GT(response.GetLength(), 4096);
 }
 
+TEST(Exchange, WaitsItsTimeOnALineThatHangsUp) {
+  kxsim::Profile profile = kxsim::ScriptedProfile({});
+  profile.faults = {{.kind = "hangup", .at = 1, .text = ""}};
+  ScriptedDevice device(profile);
+  int result = -1;
+  CString response;
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_FALSE(device.Modem()->SendCommandGetResponse("AT\r", result, response));
+  EXPECT_GE(SecondsSince(start), 1.5);
+  EXPECT_EQ(result, kResultTimeout);
+}
+
 TEST(Exchange, FailsAtOnceOnAClosedPort) {
   CSModem modem;
   int result = -1;
@@ -208,6 +217,21 @@ TEST(Exchange, LeavesEarlierCopiesAloneAndReplacesALockedText) {
   response.LockBuffer();
   device.Modem()->SendCommandGetResponse("AT3\r", result, response);
   EXPECT_STREQ(response.String(), "");
+}
+
+// Texts that share their characters share them to the end, whatever an exchange makes of one.
+TEST(Exchange, FreesNothingThatItsCallerShares) {
+  ScriptedDevice device(Answers{{"AT", "(silence)"}});
+  device.Modem()->m_nRetries = 2;
+  device.Modem()->m_dwResponseTimeout = 200;
+  int result = -1;
+  CString kept("a text that is longer than any answer");
+  CString response(kept);
+  response = "";
+  EXPECT_FALSE(device.Modem()->SendCommandGetResponse("AT\r", result, response));
+  EXPECT_STREQ(response.String(), "");
+  kept = "shorter";
+  EXPECT_STREQ(kept.String(), "shorter");
 }
 
 }  // namespace

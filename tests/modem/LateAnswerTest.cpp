@@ -1,160 +1,132 @@
 #include <KXWAN/modem/CSModem.h>
-#include <KXWAN/modem/SingleExchange.h>
 #include <gtest/gtest.h>
 #include <tests/support/ScriptedDevice.h>
+#include <tests/support/SideBySide.h>
+#include <tests/support/Waiting.h>
 
-using namespace std::string_literals;
-using kxwan::kResultEquipmentError;
-using kxwan::kResultError;
-using kxwan::kResultOk;
-using kxwan::kResultTimeout;
+#include <string>
+#include <vector>
 
 namespace {
 
-kxsim::Answer Half(const std::string& bytes) {
-  kxsim::Answer answer;
-  answer.raw = {bytes};
-  return answer;
-}
+// The number of a command is in its answer.
+std::string CommandOf(size_t number) { return "AT+Q" + std::to_string(number); }
+std::string AnswerOf(size_t number) { return "answer " + std::to_string(number); }
 
-kxsim::Answer Late(const std::string& text, int latencyMs) {
-  kxsim::Answer answer = kxsim::ParseAnswer(text);
-  answer.latencyMs = latencyMs;
-  return answer;
-}
-
-// A row is a dialogue: each command with what the device sends for it, how long it is waited for (a
-// wait ends at the next tenth of a second), and what must come of it.
-struct DialogueStep {
-  const char* command;
-  kxsim::Answer answer;
-  uint32_t timeoutMs;
-  int result;
-  std::string response;
-};
-
-struct DialogueCase {
-  const char* name;
-  int tries;
-  std::vector<DialogueStep> steps;
-};
-
-const DialogueCase kDialogues[] = {
-    {"a late answer is not the next command's",
-     1,
-     {{"AT1", Late("one", 400), 50, kResultTimeout, ""},
-      {"AT2", Late("two", 0), 3000, kResultOk, "two"},
-      {"AT3", Late("three", 0), 3000, kResultOk, "three"}}},
-    {"late errors are told apart too",
-     1,
-     {{"AT1", Late("+CME ERROR: 10", 400), 50, kResultTimeout, ""},
-      {"AT2", Late("ERROR", 0), 3000, kResultError, ""},
-      {"AT3", Late("+CMS ERROR: 3", 0), 3000, kResultEquipmentError, "3"}}},
-    {"two late answers",
-     1,
-     {{"AT1", Late("one", 700), 50, kResultTimeout, ""},
-      {"AT2", Late("two", 0), 50, kResultTimeout, ""},
-      {"AT3", Late("three", 0), 3000, kResultOk, "three"}}},
-    {"a lost answer costs one time-out and then nothing",
-     1,
-     {{"AT1", kxsim::ParseAnswer("(silence)"), 50, kResultTimeout, ""},
-      {"AT2", Late("two", 0), 500, kResultOk, "two"},
-      {"AT3", Late("three", 0), 3000, kResultOk, "three"}}},
-    {"a retry takes the first answer and leaves the rest owed",
-     3,
-     {{"AT1", Late("one", 400), 150, kResultOk, "one"},
-      {"AT2", Late("two", 0), 3000, kResultOk, "two"},
-      {"AT3", Late("three", 0), 3000, kResultOk, "three"}}},
-    {"a partial reply stays after a time-out",
-     1,
-     {{"AT1", Half("\r\nhalf"), 300, kResultTimeout, "\r\nhalf"},
-      {"AT2", Late("two", 0), 500, kResultOk, "two"}}},
-};
-
-TEST(LateAnswer, IsNotTheNextCommands) {
-  for (const DialogueCase& row : kDialogues) {
-    SCOPED_TRACE(row.name);
-    kxsim::Profile profile = kxsim::ScriptedProfile({});
-    for (const DialogueStep& step : row.steps) {
-      kxsim::AddReply(profile, step.command, step.answer);
-    }
-    ScriptedDevice device(profile);
-    CSModem* modem = device.Modem();
-    modem->m_nRetries = row.tries;
-    for (const DialogueStep& step : row.steps) {
-      SCOPED_TRACE(step.command);
-      int result = -1;
-      CString response;
-      const std::string command = step.command + "\r"s;
-      modem->m_dwResponseTimeout = step.timeoutMs;
-      EXPECT_EQ(modem->SendCommandGetResponse(command.c_str(), result, response),
-                step.result != kResultTimeout);
-      EXPECT_EQ(result, step.result);
-      EXPECT_STREQ(response.String(), step.response.c_str());
-    }
+kxsim::Profile DeviceWith(size_t commands) {
+  kxsim::Profile profile = kxsim::ScriptedProfile({});
+  for (size_t i = 0; i < commands; ++i) {
+    kxsim::AddReply(profile, CommandOf(i), kxsim::ParseAnswer(AnswerOf(i)));
   }
+  return profile;
 }
 
-TEST(LateAnswer, CanBeWaitedForOn) {
-  kxsim::Profile profile = kxsim::ScriptedProfile({{"AT2", "two"}});
-  kxsim::AddReply(profile, "AT1", Late("one", 400));
-  ScriptedDevice device(profile);
+// What comes of a command: '+' its own answer, '-' none, 'X' something else.
+char Ask(CSModem& modem, size_t number) {
   int result = -1;
   CString response;
-  EXPECT_FALSE(kxwan::SendOnce(device.Modem(), "AT1\r", 50, result, response));
-  EXPECT_TRUE(device.Modem()->GetResponse(result, response, 3000));
-  EXPECT_STREQ(response.String(), "one");
-  EXPECT_TRUE(kxwan::SendOnce(device.Modem(), "AT2\r", 3000, result, response));
-  EXPECT_STREQ(response.String(), "two");
+  const bool came =
+      modem.SendCommandGetResponse((CommandOf(number) + "\r").c_str(), result, response);
+  if (!came && result == kxwan::kResultTimeout) return '-';
+  return came && result == kxwan::kResultOk && response.String() == AnswerOf(number) ? '+' : 'X';
 }
 
-// Every command of this device times out at first, and the host's retries come faster than it works
-// them off. A command may then fail, but not with another one's answer.
-TEST(LateAnswer, OfASteadilySlowDeviceIsNeverAnotherCommands) {
-  constexpr int kCommands = 6;
-  kxsim::Profile profile = kxsim::ScriptedProfile({});
-  for (int i = 0; i < kCommands; ++i) {
-    kxsim::AddReply(profile, "AT" + std::to_string(i), Late("answer " + std::to_string(i), 280));
+// Whether it is as promised: '+' its own answer, '?' that or none.
+bool IsAsPromised(const std::string& outcomes, const std::string& promised) {
+  for (size_t i = 0; i < promised.size(); ++i) {
+    if (outcomes[i] != '+' && (outcomes[i] != '-' || promised[i] != '?')) return false;
   }
-  ScriptedDevice device(profile);
-  device.Modem()->m_dwResponseTimeout = 150;
-  int answered = 0;
-  for (int i = 0; i < kCommands; ++i) {
-    int result = -1;
-    CString response;
-    const std::string command = "AT" + std::to_string(i) + "\r";
-    if (!device.Modem()->SendCommandGetResponse(command.c_str(), result, response)) continue;
-    ++answered;
-    EXPECT_EQ(response.String(), "answer " + std::to_string(i));
-  }
-  EXPECT_GT(answered, 0);
+  return true;
 }
 
-// Where the speed means nothing, what was asked at another speed is answered all the same. Such
-// answers are passed over, and a line that gives none is not waited for.
-TEST(LateAnswer, FromBeforeAChangeOfTheLineIsPassedOver) {
-  for (const bool reopen : {false, true}) {
-    for (const char* first : {"one", "(silence)"}) {
-      SCOPED_TRACE(first);
-      kxsim::Profile profile = kxsim::ScriptedProfile({{"AT2", "two"}, {"AT3", "three"}});
-      kxsim::AddReply(profile, "AT1", Late(first, 400));
-      ScriptedDevice device(profile);
-      CSModem* modem = device.Modem();
-      int result = -1;
-      CString response;
-      EXPECT_FALSE(kxwan::SendOnce(modem, "AT1\r", 30, result, response));
-      if (reopen) {
-        modem->m_pSerial->Close();
-        ASSERT_TRUE(modem->m_pSerial->Open(device.Path().c_str()));
-      } else {
-        ASSERT_TRUE(modem->m_pSerial->SetDataFormat(57600, -1, -1, -1));
-      }
-      for (const auto& [command, answer] : {std::pair("AT2\r", "two"), {"AT3\r", "three"}}) {
-        EXPECT_TRUE(kxwan::SendOnce(modem, command, 5000, result, response));
-        EXPECT_STREQ(response.String(), answer);
-      }
+kxsim::Fault Late(int milliseconds, int at, double rate = 1) {
+  return {.kind = "late", .at = at, .rate = rate, .ms = milliseconds, .text = ""};
+}
+
+// A device that answers everything, in order, and what becomes of commands that are sent to it one
+// behind another, with three tries of a second and a half each.
+struct Schedule {
+  const char* name;
+  int latencyMs;                     // of every answer
+  std::vector<kxsim::Fault> faults;  // what makes some of them later
+  std::string promised;              // of each command
+};
+
+const Schedule kSchedules[] = {
+    {"0.4 s", 400, {}, "++++++++"},
+    {"the first 1.6 s, then 0.8 s", 800, {Late(800, 1)}, "+??+"},
+    {"the first 3.5 s, then 0.7 s", 700, {Late(2800, 1)}, "+??+"},
+    {"the first 5 s, then 0.7 s", 700, {Late(4300, 1)}, "???+"},
+    {"the first 10 s, then 0.3 s", 300, {Late(9700, 1)}, "????+"},
+    {"1.6 s", 1600, {}, "+??"},
+    {"2 s", 2000, {}, "+??"},
+    {"2.5 s", 2500, {}, "+??"},
+    {"now and then late",
+     0,
+     {Late(1600, 0, .1), Late(2900, 0, .08), Late(4200, 0, .06)},
+     "????????????"},
+};
+
+TEST(LateAnswer, IsNoOtherCommands) {
+  SideBySide(kSchedules, [](const Schedule& row) {
+    kxsim::Profile profile = DeviceWith(row.promised.size());
+    profile.line.latencyMs = row.latencyMs;
+    profile.faults = row.faults;
+    ScriptedDevice device(profile);
+    std::string outcomes;
+    while (outcomes.size() < row.promised.size()) outcomes += Ask(*device.Modem(), outcomes.size());
+    EXPECT_TRUE(IsAsPromised(outcomes, row.promised)) << outcomes;
+  });
+}
+
+// The line changes while an answer is owed. Where the speed means nothing it comes all the same.
+struct Change {
+  const char* name;
+  bool reopens;  // otherwise the speed changes
+  bool comes;    // the answer that is owed
+};
+
+const Change kChanges[] = {
+    {"reopened", true, true},
+    {"reopened and it is lost", true, false},
+    {"another speed", false, true},
+    {"another speed and it is lost", false, false},
+};
+
+TEST(LateAnswerFromBeforeAChange, IsNoOtherCommands) {
+  SideBySide(kChanges, [](const Change& row) {
+    kxsim::Profile profile = DeviceWith(5);
+    kxsim::Fault lost = {.kind = "lost", .at = 1, .text = ""};
+    profile.faults = {row.comes ? Late(2500, 1) : lost};
+    ScriptedDevice device(profile);
+    CSModem& modem = *device.Modem();
+    modem.m_nRetries = 1;
+    std::string outcomes(1, Ask(modem, 0));
+    modem.m_nRetries = 3;
+    if (row.reopens) {
+      modem.m_pSerial->Close();
+      ASSERT_TRUE(modem.m_pSerial->Open(device.Path().c_str()));
+    } else {
+      ASSERT_TRUE(modem.m_pSerial->SetDataFormat(57600, -1, -1, -1));
     }
-  }
+    while (outcomes.size() < 5) outcomes += Ask(modem, outcomes.size());
+    EXPECT_EQ(outcomes, "-++++");
+  });
+}
+
+// A device that wakes up slowly, on a line whose speed means nothing: it is asked at each speed
+// that is searched, and answers them all.
+TEST(LateAnswerToASearch, IsNoOtherCommands) {
+  kxsim::Profile profile = DeviceWith(5);
+  profile.line.latencyMs = 300;
+  profile.faults = {Late(5300, 1)};
+  kxsim::AddReply(profile, "AT+IPR=115200", kxsim::ParseAnswer("OK"));
+  kxsim::SimulatedDevice device(profile);
+  CSModem modem;
+  EXPECT_TRUE(modem.OpenDeviceFast(device.Path().c_str(), /*baudMask=*/0x1E, 115200));
+  std::string outcomes;
+  while (outcomes.size() < 5) outcomes += Ask(modem, outcomes.size());
+  EXPECT_TRUE(IsAsPromised(outcomes, "????+")) << outcomes;
 }
 
 }  // namespace

@@ -1,13 +1,21 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <simulator/BuiltInProfiles.h>
+#include <simulator/LogReader.h>
 #include <simulator/Profile.h>
-#include <tests/profiles/EachProfile.h>
 #include <tests/support/Observation.h>
+#include <tests/support/SideBySide.h>
+#include <tests/support/TestLog.h>
+
+#include <algorithm>
+#include <sstream>
+#include <string>
+#include <vector>
 
 namespace {
 
 using kxsim::Expectation;
-
-class Profiles : public testing::TestWithParam<std::string> {};
+using kxsim::Profile;
 
 // A device without these keys is opened at its own speed, where nothing is special.
 void FillInOpening(Expectation& expected) {
@@ -16,16 +24,7 @@ void FillInOpening(Expectation& expected) {
 }
 
 // A key that the profile lacks differs from every value.
-TEST_P(Profiles, TheLibraryMakesOfItWhatItExpects) {
-  kxsim::Profile profile;
-  std::string error;
-  ASSERT_TRUE(kxsim::LoadProfile(GetParam(), profile, error)) << error;
-  SCOPED_TRACE("profile " + profile.name);
-  Expectation expected = profile.expect;
-  FillInOpening(expected);
-
-  const Expectation seen = Observe(profile);
-
+void ExpectSame(const Expectation& expected, const Expectation& seen) {
   EXPECT_EQ(expected.open, seen.open);
   EXPECT_EQ(expected.opens, seen.opens);
   EXPECT_EQ(expected.platform, seen.platform);
@@ -43,6 +42,79 @@ TEST_P(Profiles, TheLibraryMakesOfItWhatItExpects) {
   EXPECT_EQ(expected.prepare, seen.prepare);
   EXPECT_EQ(expected.lastError, seen.lastError);
   EXPECT_EQ(expected.dial, seen.dial);
+}
+
+// The device that the log of a run tells of, written to a profile and read again.
+Profile DeviceOf(const std::string& log, const Profile& original) {
+  std::istringstream stream(log);
+  kxsim::LogReading reading;
+  EXPECT_TRUE(kxsim::ReadLog(stream, "", reading));
+  for (const kxsim::LogNote& note : reading.notes) {
+    EXPECT_THAT(note.text, testing::HasSubstr(" played: "));
+  }
+  // The driver takes its own part from here: speeds to open at, names, PIN and PUK.
+  reading.profile.expect = original.expect;
+  reading.profile.sim = original.sim;
+  // Without its own baud rate a profile from a log would be opened at another.
+  if (!original.expect.baud) reading.profile.expect.baud = original.line.baud;
+  Profile again;
+  std::string error;
+  const std::string written = kxsim::FormatProfile(reading.profile);
+  EXPECT_TRUE(kxsim::ParseProfile(written, "log.toml", again, error)) << error << "\n" << written;
+  return again;
+}
+
+// What the library made of a device. A speed at which the device is deaf may play as silence, so
+// the commands that it has heard while it was opened are not compared.
+std::string ResultsOf(Expectation seen) {
+  seen.open.reset();
+  Profile profile;
+  profile.expect = std::move(seen);
+  return kxsim::FormatProfile(profile);
+}
+
+std::vector<std::string> BuiltInNames() {
+  std::vector<std::string> names;
+  for (const auto* row = kxsim::kBuiltInProfiles; row->name != nullptr; ++row) {
+    names.emplace_back(row->name);
+  }
+  return names;
+}
+
+std::string TestName(const testing::TestParamInfo<std::string>& row) {
+  std::string name = row.param;
+  std::replace(name.begin(), name.end(), '-', '_');
+  return name;
+}
+
+// Each half sees what the other does not.
+struct Half {
+  const char* name;
+  void (*observe)(const Profile& profile, Expectation& seen);
+  std::string log;
+};
+
+class Profiles : public testing::TestWithParam<std::string> {};
+
+TEST_P(Profiles, GiveWhatTheyExpectAndTheSameFromTheirLog) {
+  Profile profile;
+  std::string error;
+  ASSERT_TRUE(kxsim::LoadProfile(GetParam(), profile, error)) << error;
+  SCOPED_TRACE("profile " + profile.name);
+  Expectation expected = profile.expect;
+  FillInOpening(expected);
+
+  Expectation seen;
+  Half halves[] = {{"opening", ObserveOpening, ""}, {"use", ObserveUse, ""}};
+  for (Half& half : halves) {
+    half.observe(profile, seen);
+    half.log = TakeLog();
+  }
+  ExpectSame(expected, seen);
+
+  Expectation played;
+  SideBySide(halves, [&](const Half& half) { half.observe(DeviceOf(half.log, profile), played); });
+  EXPECT_EQ(ResultsOf(seen), ResultsOf(played)) << halves[0].log << halves[1].log << TakeLog();
 }
 
 INSTANTIATE_TEST_SUITE_P(BuiltIn, Profiles, testing::ValuesIn(BuiltInNames()), TestName);

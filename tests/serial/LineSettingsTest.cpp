@@ -1,6 +1,7 @@
 #include <KXWAN/serial/KxSerial.h>
 #include <gtest/gtest.h>
 #include <simulator/PseudoTerminal.h>
+#include <tests/serial/SpeedNumber.h>
 #include <tests/support/TestLog.h>
 
 namespace {
@@ -55,10 +56,25 @@ TEST_F(LineSettings, UnknownSpeedChangesNothing) {
     EXPECT_EQ(Speed(), 19200u);
     EXPECT_EQ(port.lineGeneration, 1u);
   }
+}
+
+TEST_F(LineSettings, AnySpeedIsRead) {
+  for (const unsigned speed : {250000u, 0u, 7200u, 9600u}) {
+    SCOPED_TRACE(speed);
+    ASSERT_TRUE(SetSpeedNumber(line.Master(), speed));
+    EXPECT_EQ(Speed(), speed);
+  }
   struct termios hungUp = Attributes();
   cfsetspeed(&hungUp, B0);
   tcsetattr(line.Master(), TCSANOW, &hungUp);
-  EXPECT_EQ(Speed(), 7u);
+  EXPECT_EQ(Speed(), 0u);
+  ASSERT_TRUE(SetSpeedNumber(line.Master(), 250000));
+  const uint32_t generation = port.lineGeneration;
+  EXPECT_EQ(port.SetDataFormat(250000, -1, -1, -1), 0);
+  EXPECT_EQ(Speed(), 250000u);
+  EXPECT_EQ(port.SetDataFormat(115200, -1, -1, -1), 1);
+  EXPECT_EQ(Speed(), 115200u);
+  EXPECT_EQ(port.lineGeneration, generation + 1);
 }
 
 TEST_F(LineSettings, FlowControlIsOnOffOrLeft) {

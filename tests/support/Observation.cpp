@@ -16,7 +16,7 @@ using kxsim::SimulatedDevice;
 constexpr CHandsetPlatform kPacketData = PLATFORM_GPRS | PLATFORM_EDGE | PLATFORM_UMTS;
 
 // What a silent try may cost: the simulated line loses nothing, so that one is enough.
-constexpr uint32_t kSilenceMs = 200;
+constexpr uint32_t kSilenceMs = 1500;
 
 void ExpectSilence(CSModem& modem) {
   modem.m_nRetries = 1;
@@ -132,11 +132,4 @@ void ObserveUse(const Profile& profile, Expectation& seen) {
   device.ClearCommands();
   ObservePreparation(TypeOf(profile, platform), modem, seen);
   seen.prepare = device.Commands();
-}
-
-Expectation Observe(const Profile& profile) {
-  Expectation seen;
-  ObserveOpening(profile, seen);
-  ObserveUse(profile, seen);
-  return seen;
 }

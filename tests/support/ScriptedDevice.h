@@ -19,7 +19,8 @@ class ScriptedDevice {
  public:
   explicit ScriptedDevice(const Answers& answers)
       : ScriptedDevice(kxsim::ScriptedProfile(answers)) {}
-  explicit ScriptedDevice(kxsim::Profile profile) : device_(std::move(profile)) {
+  explicit ScriptedDevice(kxsim::Profile profile, kxsim::DeviceOptions options = {})
+      : device_(std::move(profile), std::move(options)) {
     modem_.m_pSerial->Open(device_.Path().c_str());
   }
 

@@ -7,10 +7,15 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
+#include <mutex>
 
 namespace {
+
+// Held while a child starts: another that starts meanwhile would keep the ends of its pipes open.
+std::mutex startMutex;
 
 [[noreturn]] void Become(const std::vector<std::string>& arguments) {
   std::vector<char*> argv = {const_cast<char*>("kxwan")};
@@ -53,7 +58,10 @@ ProgramRun RunProgram(const std::vector<std::string>& arguments, const std::stri
   int in[2];
   int out[2];
   int err[2];
+  std::unique_lock<std::mutex> lock(startMutex);
   if (pipe(in) != 0 || pipe(out) != 0 || pipe(err) != 0) return {};
+  // Written before there is a reader that might end without reading: the pipe takes a short input.
+  EXPECT_EQ(write(in[1], input.data(), input.size()), static_cast<ssize_t>(input.size()));
   const pid_t child = fork();
   if (child == 0) {
     dup2(in[0], STDIN_FILENO);
@@ -65,15 +73,28 @@ ProgramRun RunProgram(const std::vector<std::string>& arguments, const std::stri
     }
     Become(arguments);
   }
-  close(in[0]);
-  close(out[1]);
-  close(err[1]);
-  EXPECT_EQ(write(in[1], input.data(), input.size()), static_cast<ssize_t>(input.size()));
-  close(in[1]);
+  for (const int end : {in[0], in[1], out[1], err[1]}) close(end);
+  lock.unlock();
   ProgramRun run;
   Collect(out[0], err[0], run);
   close(out[0]);
   close(err[0]);
+  Wait(child, run);
+  return run;
+}
+
+ProgramRun RunWithoutReader(const std::vector<std::string>& arguments) {
+  int ends[2];
+  if (pipe(ends) != 0) return {};
+  close(ends[0]);
+  const pid_t child = fork();
+  if (child == 0) {
+    dup2(ends[1], STDOUT_FILENO);
+    close(ends[1]);
+    Become(arguments);
+  }
+  close(ends[1]);
+  ProgramRun run;
   Wait(child, run);
   return run;
 }
@@ -105,8 +126,10 @@ ProgramRun RunOnTerminal(const std::vector<std::string>& arguments,
 std::string SimulatedPort(const std::string& profile) {
   const auto* test = testing::UnitTest::GetInstance()->current_test_info();
   static int count = 0;
-  const std::string file = testing::TempDir() + test->test_suite_name() + test->name() +
-                           std::to_string(getpid()) + "-" + std::to_string(count++) + ".toml";
+  std::string name = std::string(test->test_suite_name()) + test->name();
+  std::replace(name.begin(), name.end(), '/', '-');
+  const std::string file = testing::TempDir() + name + std::to_string(getpid()) + "-" +
+                           std::to_string(count++) + ".toml";
   std::ofstream(file) << profile;
   return "sim:" + file;
 }

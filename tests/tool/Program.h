@@ -11,8 +11,12 @@ struct ProgramRun {
   std::string err;
 };
 
-// Runs kxwan with these arguments and this standard input, without a home directory.
+// Runs kxwan with these arguments and this short standard input, without a home directory. Several
+// threads may run it at the same time.
 ProgramRun RunProgram(const std::vector<std::string>& arguments, const std::string& input = "");
+
+// The same with a standard output that nobody reads any more. Only the status is told.
+ProgramRun RunWithoutReader(const std::vector<std::string>& arguments);
 
 // The same on a terminal of its own: every time it has written the text of a row, the bytes of the
 // row are typed. out is all that the terminal showed; echoes tells whether it shows what is typed

@@ -193,6 +193,15 @@ TEST(Verbs, GiveOneJsonObject) {
   }
 }
 
+// No signal ends the program: a port that it has open is given back.
+TEST(Verbs, SayThatNobodyReadsTheirOutput) {
+  for (const char* form : {"detect", "info"}) {
+    const ProgramRun run = RunWithoutReader({form, SimulatedPort(kPhone)});
+    EXPECT_EQ(run.signal, 0);
+    EXPECT_EQ(run.status, 1);
+  }
+}
+
 TEST(Demo, DoesEveryStepForEveryDevice) {
   const ProgramRun run = RunProgram({"demo", "--json"});
   EXPECT_EQ(run.status, 0) << run.out << run.err;
