@@ -7,19 +7,28 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <mutex>
 
 FILE* logFileFD = nullptr;
 
 namespace kxwan {
 
-size_t FormatLogRecord(char (&line)[kLogLineSize], const tm& time, const char* format,
+LogStamp FormatLogStamp(const tm& time) {
+  LogStamp stamp;
+  const int length = std::snprintf(
+      stamp.text, sizeof stamp.text, "%2.2d:%2.2d:%2.2d %2.2d:%2.2d:%2.2d - ", time.tm_mon + 1,
+      time.tm_mday, time.tm_year - 100, time.tm_hour, time.tm_min, time.tm_sec);
+  stamp.length =
+      static_cast<size_t>(std::clamp(length, 0, static_cast<int>(sizeof stamp.text) - 1));
+  return stamp;
+}
+
+size_t FormatLogRecord(char (&line)[kLogLineSize], const LogStamp& stamp, const char* format,
                        va_list arguments) {
   constexpr size_t kLongest = kLogLineSize - 1;
-  const int stamp =
-      std::snprintf(line, sizeof line, "%2.2d:%2.2d:%2.2d %2.2d:%2.2d:%2.2d - ", time.tm_mon + 1,
-                    time.tm_mday, time.tm_year - 100, time.tm_hour, time.tm_min, time.tm_sec);
-  const size_t start = static_cast<size_t>(std::max(stamp, 0));
+  const size_t start = stamp.length;
+  std::memcpy(line, stamp.text, start);
   const int text = std::vsnprintf(line + start, sizeof line - start, format, arguments);
   const size_t length = start + static_cast<size_t>(std::max(text, 0));
   if (length <= kLongest) return length;
@@ -53,18 +62,28 @@ void AppendLogRecord(FILE*& stream, const char* path, std::string_view record) {
   std::fflush(stream);
 }
 
+// Made once a second: it costs more than the rest of a record.
+static const LogStamp& StampOfNow() {
+  thread_local time_t second = -1;
+  thread_local LogStamp stamp;
+  const time_t now = time(nullptr);
+  if (now == second) return stamp;
+  tm local = {};
+  // localtime would look at the time zone file each time.
+  localtime_r(&now, &local);
+  stamp = FormatLogStamp(local);
+  second = now;
+  return stamp;
+}
+
 }  // namespace kxwan
 
 void KXOutputDebug(const char* format, ...) {
   const int callersErrno = errno;
-  const time_t now = time(nullptr);
-  tm local = {};
-  // localtime would look at the time zone file for every record.
-  localtime_r(&now, &local);
   char line[kxwan::kLogLineSize];
   va_list arguments;
   va_start(arguments, format);
-  const size_t length = kxwan::FormatLogRecord(line, local, format, arguments);
+  const size_t length = kxwan::FormatLogRecord(line, kxwan::StampOfNow(), format, arguments);
   va_end(arguments);
   kxwan::AppendLogRecord(logFileFD, "/tmp/zrklog.txt", {line, length});
   errno = callersErrno;

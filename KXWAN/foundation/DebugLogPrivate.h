@@ -14,8 +14,16 @@ namespace kxwan {
 // A record with its NUL.
 constexpr size_t kLogLineSize = 1024;
 
-// Puts the time stamp and the text into a line, cut to its size, and gives its length.
-size_t FormatLogRecord(char (&line)[kLogLineSize], const tm& time, const char* format,
+// What stands before the text of a record.
+struct LogStamp {
+  char text[80] = "";
+  size_t length = 0;
+};
+
+LogStamp FormatLogStamp(const tm& time);
+
+// Puts the stamp and the text into a line, cut to its size, and gives its length.
+size_t FormatLogRecord(char (&line)[kLogLineSize], const LogStamp& stamp, const char* format,
                        va_list arguments);
 
 // Whether what was opened may be written to: a regular file that belongs to the user.

@@ -22,8 +22,8 @@ class Pace {
   bool Known() const { return count_ > 0; }
 
   // The usual delays: from the shortest, one lucky one aside, to what three of four stay below.
-  Seconds Low() const { return low_; }
-  Seconds High() const { return high_; }
+  Seconds Low() const { return sorted_[count_ < kEnoughToDropOne ? 0 : 1]; }
+  Seconds High() const { return sorted_[count_ * 3 / 4]; }
 
   // A device whose delays differ by more than this has no beat that an answer could be told by.
   bool HasBeat() const { return Known() && BandEnd() - BandBegin() < kWidestBand; }
@@ -38,25 +38,26 @@ class Pace {
   bool Fits(Seconds delay) const;
 
   // How long the line stays quiet before a device has nothing more to say.
-  Seconds Quiet(Seconds whenUnknown) const { return Known() ? 1.5 * high_ + .02 : whenUnknown; }
+  Seconds Quiet(Seconds whenUnknown) const { return Known() ? 1.5 * High() + .02 : whenUnknown; }
 
  private:
   static constexpr size_t kDelays = 16;
+  static constexpr size_t kEnoughToDropOne = 8;
   static constexpr Seconds kWidestBand = .36;
 
   // What a busy host adds to one delay and not to another.
   static constexpr Seconds kJitter = .03;
 
-  Seconds BandBegin() const { return std::min(.85 * low_ - .002, low_ - kJitter); }
-  Seconds BandEnd() const { return std::max(1.15 * high_ + .005, high_ + kJitter); }
+  Seconds BandBegin() const { return std::min(.85 * Low() - .002, Low() - kJitter); }
+  Seconds BandEnd() const { return std::max(1.15 * High() + .005, High() + kJitter); }
+
+  Seconds Least() const { return sorted_[0]; }
+  Seconds Most() const { return sorted_[count_ == 0 ? 0 : count_ - 1]; }
 
   Seconds delays_[kDelays] = {};  // a ring
+  Seconds sorted_[kDelays] = {};  // the same
   size_t next_ = 0;
   size_t count_ = 0;
-  Seconds least_ = 0;
-  Seconds low_ = 0;
-  Seconds high_ = 0;
-  Seconds most_ = 0;
 };
 
 }  // namespace kxwan

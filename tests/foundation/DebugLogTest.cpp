@@ -22,7 +22,8 @@ std::string Record(const tm& time, const char* format, ...) {
   char line[kxwan::kLogLineSize];
   va_list arguments;
   va_start(arguments, format);
-  const size_t length = kxwan::FormatLogRecord(line, time, format, arguments);
+  const size_t length =
+      kxwan::FormatLogRecord(line, kxwan::FormatLogStamp(time), format, arguments);
   va_end(arguments);
   return {line, length};
 }
