@@ -9,6 +9,6 @@ foreach(file IN LISTS files)
 endforeach()
 file(
   WRITE ${OUTPUT}
-  "#include <simulator/BuiltInProfiles.h>\n\nnamespace kxsim {\n\n"
+  "#include <profile/BuiltInProfiles.h>\n\nnamespace kxsim {\n\n"
   "const BuiltInProfile kBuiltInProfiles[] = {\n${rows}    {nullptr, nullptr},\n};\n\n"
   "}  // namespace kxsim\n")

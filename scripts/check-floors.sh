@@ -1,13 +1,34 @@
 #!/usr/bin/env bash
 # Who may include whom, and how long a file may be. Prints each fault as file:line: text.
 #
-# Floors, lowest first: foundation, serial, modem, handset, then connect, info and sim side by side,
-# then api. A file includes its own folder and lower floors only.
+# A file includes its own room and those that stand behind it here. Of the library everybody else
+# includes <KXWAN/KXWAN.h> alone, and what plays a device nothing, so that it cannot share its
+# mistakes. Tests and benchmarks look everywhere.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
+rooms='
+KXWAN/foundation
+KXWAN/serial     KXWAN/foundation
+KXWAN/modem      KXWAN/foundation KXWAN/serial
+KXWAN/handset    KXWAN/foundation KXWAN/serial KXWAN/modem
+KXWAN/connect    KXWAN/foundation KXWAN/serial KXWAN/modem KXWAN/handset
+KXWAN/info       KXWAN/foundation KXWAN/serial KXWAN/modem KXWAN/handset
+KXWAN/sim        KXWAN/foundation KXWAN/serial KXWAN/modem KXWAN/handset
+KXWAN/api        KXWAN/foundation KXWAN/serial KXWAN/modem KXWAN/handset KXWAN/connect KXWAN/info KXWAN/sim
+profile
+recording        profile
+simulator/line   profile
+simulator/modem  profile simulator/line
+simulator/call   profile simulator/line
+simulator        profile simulator/line simulator/modem simulator/call
+tool/kxwan       profile recording simulator KXWAN
+tool/kxwan-sim   profile recording simulator simulator/line
+examples         KXWAN
+'
+
 faults=$(
-  git ls-files '*.cpp' '*.h' | xargs awk '
+  git ls-files '*.cpp' '*.h' | xargs awk -v rooms="$rooms" '
     function fault(text) { print FILENAME ":" FNR ": " text }
     function end_of_file() {
       if (!file) return
@@ -27,22 +48,30 @@ faults=$(
       if (exists(stem "Private.h")) return stem "Private.h"
       return ""
     }
+    # The room of a file: its folder. The umbrella header is a room by itself.
+    function room_of(name) {
+      sub(/\/[^\/]*$/, "", name)
+      return name
+    }
     BEGIN {
-      split("foundation serial modem handset connect info sim api", names, " ")
-      split("1 2 3 4 5 5 5 6", levels, " ")
-      for (i in names) floor[names[i]] = levels[i]
+      count = split(rooms, row, "\n")
+      for (i = 1; i <= count; ++i) {
+        if (!(others = split(row[i], part, " "))) continue
+        known[part[1]] = 1
+        for (j = 1; j <= others; ++j) may[part[1], part[j]] = 1
+      }
     }
     FNR == 1 {
       end_of_file()
       file = FILENAME; once = 0; includes = 0; lines = 0
       limit = file ~ /\.h$/ ? 150 : 300
-      split(file, path, "/")
-      room = path[1]
-      own = room == "KXWAN" && file ~ /\.cpp$/ ? own_header(file) : ""
+      room = room_of(file)
+      top = substr(room, 1, index(room "/", "/") - 1)
+      own = top == "KXWAN" && file ~ /\.cpp$/ ? own_header(file) : ""
     }
     { lines = FNR }
     /^#pragma once/ { once = 1 }
-    /^[ \t]*#[ \t]*(if|ifdef|ifndef|elif)/ && room == "KXWAN" {
+    /^[ \t]*#[ \t]*(if|ifdef|ifndef|elif)/ && top == "KXWAN" {
       fault("what differs between systems is a file of its own, not an #if")
     }
     /^#include / {
@@ -52,16 +81,11 @@ faults=$(
       gsub(/[<>"]/, "", target)
       if (quoted) fault("the form is #include <" target ">")
       if (own != "" && includes == 1 && target != own) fault("its own header, " own ", comes first")
-      if (target !~ /^KXWAN\//) next
-      if (room == "simulator") fault("the simulator includes nothing of the library")
-      if ((room == "tool" || room == "examples") && target != "KXWAN/KXWAN.h")
-        fault("of the library, " room " includes <KXWAN/KXWAN.h> alone")
-      if (room == "KXWAN" && path[3] != "") {
-        split(target, part, "/")
-        if (part[2] == path[2]) next
-        if (!(part[2] in floor)) fault("the library does not include " target)
-        else if (floor[part[2]] >= floor[path[2]]) fault(path[2] " does not include " part[2])
-      }
+      other = room_of(target)
+      if ((room in known) && ((other in known) || other == "KXWAN") && !((room, other) in may))
+        fault(room " does not include " other)
+      if (room != "KXWAN" && top == "KXWAN" && index(target, "/") && !(other in known) && exists(target))
+        fault("the library does not include " target)
     }
     END { end_of_file() }'
 

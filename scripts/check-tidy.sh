@@ -18,6 +18,5 @@ tidy() {
 }
 export -f tidy
 
-git ls-files -z 'KXWAN/*.cpp' 'simulator/*.cpp' 'tool/*.cpp' 'examples/*.cpp' 'tests/*.cpp' \
-  'benchmarks/*.cpp' | grep -zv 'Mac\.cpp$\|^tests/packaging/' |
+git ls-files -z '*.cpp' | grep -zv 'Mac\.cpp$\|^tests/packaging/' |
   xargs -0 -n 1 -P "$(nproc)" bash -c 'tidy "$1"' tidy

@@ -1,16 +1,16 @@
 #pragma once
 
-#include <simulator/EscapeDetector.h>
-#include <simulator/FarEnd.h>
-#include <simulator/FaultSet.h>
-#include <simulator/HostWatch.h>
-#include <simulator/Interpreter.h>
-#include <simulator/LineEditor.h>
-#include <simulator/Link.h>
-#include <simulator/Loop.h>
-#include <simulator/Profile.h>
-#include <simulator/PseudoTerminal.h>
-#include <simulator/Sender.h>
+#include <profile/FaultSet.h>
+#include <profile/Profile.h>
+#include <simulator/call/EscapeDetector.h>
+#include <simulator/call/FarEnd.h>
+#include <simulator/line/HostWatch.h>
+#include <simulator/line/LineEditor.h>
+#include <simulator/line/Link.h>
+#include <simulator/line/Loop.h>
+#include <simulator/line/PseudoTerminal.h>
+#include <simulator/line/Sender.h>
+#include <simulator/modem/Interpreter.h>
 
 #include <deque>
 #include <functional>

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <profile/Profile.h>
 #include <simulator/Device.h>
-#include <simulator/HostWatch.h>
-#include <simulator/Loop.h>
-#include <simulator/Profile.h>
+#include <simulator/line/HostWatch.h>
+#include <simulator/line/Loop.h>
 
 #include <deque>
 #include <mutex>

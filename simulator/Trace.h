@@ -1,7 +1,7 @@
 #pragma once
 
 #include <simulator/Device.h>
-#include <simulator/Loop.h>
+#include <simulator/line/Loop.h>
 
 #include <array>
 #include <cstdio>

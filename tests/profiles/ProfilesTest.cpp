@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <simulator/BuiltInProfiles.h>
-#include <simulator/LogReader.h>
-#include <simulator/Profile.h>
+#include <profile/BuiltInProfiles.h>
+#include <profile/Profile.h>
+#include <recording/LogReader.h>
 #include <tests/support/Observation.h>
 #include <tests/support/SideBySide.h>
 #include <tests/support/TestLog.h>

@@ -2,7 +2,7 @@
 #include <KXWAN/serial/PortSlots.h>
 #include <fcntl.h>
 #include <gmock/gmock.h>
-#include <simulator/PseudoTerminal.h>
+#include <simulator/line/PseudoTerminal.h>
 #include <sys/ioctl.h>
 #include <tests/support/TestLog.h>
 #include <unistd.h>

@@ -1,6 +1,6 @@
 #include <KXWAN/serial/KxSerial.h>
 #include <gtest/gtest.h>
-#include <simulator/PseudoTerminal.h>
+#include <simulator/line/PseudoTerminal.h>
 #include <tests/serial/SpeedNumber.h>
 #include <tests/support/TestLog.h>
 

@@ -4,7 +4,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
-#include <simulator/PseudoTerminal.h>
+#include <simulator/line/PseudoTerminal.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <tests/support/TestLog.h>

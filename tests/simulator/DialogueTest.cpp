@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 #include <simulator/SimulatedDevice.h>
-#include <tests/simulator/Host.h>
+#include <tests/support/Host.h>
 
 #include <string>
 #include <vector>

@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <simulator/FaultSet.h>
+#include <profile/FaultSet.h>
 #include <simulator/SimulatedDevice.h>
-#include <tests/simulator/Host.h>
+#include <tests/support/Host.h>
 
 #include <chrono>
 #include <filesystem>

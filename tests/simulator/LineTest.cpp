@@ -3,7 +3,7 @@
 #include <simulator/SimulatedDevice.h>
 #include <stdlib.h>
 #include <sys/ioctl.h>
-#include <tests/simulator/Host.h>
+#include <tests/support/Host.h>
 
 #include <string>
 #include <thread>

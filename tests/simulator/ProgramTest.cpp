@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/wait.h>
-#include <tests/simulator/Host.h>
+#include <tests/support/Host.h>
 
 #include <cstdio>
 #include <filesystem>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <simulator/Profile.h>
+#include <profile/Profile.h>
 
 // Drive the library over a simulated device on a pseudo-terminal, each over one of its own, and
 // give what came of it in the form of the profile's own expectation.

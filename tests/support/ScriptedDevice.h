@@ -1,7 +1,7 @@
 #pragma once
 
 #include <KXWAN/modem/CSModem.h>
-#include <simulator/Profile.h>
+#include <profile/Profile.h>
 #include <simulator/SimulatedDevice.h>
 
 #include <string>

@@ -4,8 +4,8 @@
 #include <KXWAN/foundation/DebugLogPrivate.h>
 #include <KXWAN/serial/PortSlots.h>
 #include <gtest/gtest.h>
-#include <simulator/PseudoTerminal.h>
 #include <simulator/SimulatedDevice.h>
+#include <simulator/line/PseudoTerminal.h>
 #include <sys/socket.h>
 #include <unistd.h>
 

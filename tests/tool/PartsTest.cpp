@@ -5,9 +5,9 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <termios.h>
-#include <tool/PortCheck.h>
-#include <tool/PrivateText.h>
-#include <tool/Text.h>
+#include <tool/kxwan/PortCheck.h>
+#include <tool/kxwan/PrivateText.h>
+#include <tool/kxwan/Text.h>
 #include <unistd.h>
 
 #include <set>

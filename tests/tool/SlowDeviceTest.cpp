@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <simulator/Profile.h>
+#include <profile/Profile.h>
 #include <tests/tool/Program.h>
 
 #include <algorithm>

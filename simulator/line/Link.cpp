@@ -1,0 +1,37 @@
+#include <simulator/line/Link.h>
+
+#include <filesystem>
+#include <system_error>
+
+namespace kxsim {
+
+namespace fs = std::filesystem;
+
+Link::~Link() {
+  std::error_code ignored;
+  // Somebody else may have taken the name since.
+  if (!target_.empty() && fs::read_symlink(path_, ignored) == target_) fs::remove(path_, ignored);
+}
+
+bool Link::PointTo(const std::string& target, std::string& error) {
+  if (path_.empty()) return true;
+  std::error_code failure;
+  const fs::file_type type = fs::symlink_status(path_, failure).type();
+  if (type != fs::file_type::not_found && type != fs::file_type::symlink) {
+    error = path_ + " exists and is no link";
+    return false;
+  }
+  // Put in its place in one step, so that the name is never missing.
+  const std::string fresh = path_ + ".new";
+  fs::remove(fresh, failure);
+  fs::create_symlink(target, fresh, failure);
+  if (!failure) fs::rename(fresh, path_, failure);
+  if (failure) {
+    error = path_ + ": " + failure.message();
+    return false;
+  }
+  target_ = target;
+  return true;
+}
+
+}  // namespace kxsim
