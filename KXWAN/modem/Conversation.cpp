@@ -34,7 +34,7 @@ bool Conversation::Listen(Seconds timeout) {
   NoteChange();
   now_ = line_.Now();
   dialogue_.BeginListening(now_, timeout, /*dropsText=*/true);
-  HearUntil(now_);
+  if (dialogue_.Listens()) HearUntil(now_);
   if (Run({}, /*staysWhenGone=*/true)) return true;
   line_.NoteTimeout();
   return false;
@@ -103,7 +103,7 @@ bool Conversation::AwaitResult(Seconds timeout) {
   if (timeout <= 0) return false;  // a line that floods always has one more
   now_ = line_.Now();
   dialogue_.BeginListening(now_, timeout, /*dropsText=*/false);
-  HearUntil(now_);
+  if (dialogue_.Listens()) HearUntil(now_);
   return Run({}, /*staysWhenGone=*/false);
 }
 

@@ -40,6 +40,7 @@ void Dialogue::Begin(std::string_view command, Seconds now, Seconds timeout, int
 }
 
 void Dialogue::BeginListening(Seconds now, Seconds timeout, bool dropsText) {
+  const bool goesOn = listens_ && takesAny_ && phase_ == Phase::kAnswered;
   listens_ = true;
   takesAny_ = dropsText;
   phase_ = Phase::kListening;
@@ -48,7 +49,7 @@ void Dialogue::BeginListening(Seconds now, Seconds timeout, bool dropsText) {
   exchange_.end = now + timeout;
   TakeResults(now);
   if (phase_ != Phase::kListening) return;
-  if (dropsText) reply_.BeginAnswer(/*earlierIsDue=*/true);
+  if (dropsText && !goesOn) reply_.BeginAnswer(/*earlierIsDue=*/true);
   reply_.DropExcess();
 }
 
