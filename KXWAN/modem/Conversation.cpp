@@ -53,6 +53,7 @@ bool Conversation::ExchangeOnce(std::string_view command, Seconds timeout, Secon
 bool Conversation::ExchangeSurely(std::string_view command, Seconds timeout) {
   constexpr Seconds kPrompt = 1;
   const Seconds end = line_.Now() + 3 * timeout;
+  HearUntilQuiet();  // the result before may come twice
   if (!ExchangeOnce(command, timeout, /*settlement=*/timeout)) return false;
   const Seconds took = dialogue_.AnsweredAfter();
   if (took <= kPrompt) return true;
@@ -108,6 +109,11 @@ bool Conversation::AwaitResult(Seconds timeout) {
 }
 
 bool Conversation::TakeResult() { return dialogue_.TakeHeard(now_, answer_); }
+
+void Conversation::TakeWhatWaits() {
+  HearUntil(line_.Now());
+  while (TakeResult()) TakeAnsweredQuestion();
+}
 
 void Conversation::HearUntilQuiet() {
   constexpr Seconds kQuiet = .05;

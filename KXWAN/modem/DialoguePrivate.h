@@ -116,6 +116,7 @@ class Dialogue {
   Seconds TimeToSend() const;
   Seconds TimeToGiveUp() const;
   Seconds TimeTryEnds() const;
+  Seconds HeldUntil() const;
   bool OnlyListensOn() const;
   bool MaySendAgainAt(Seconds time) const;
   Step EndTry(Seconds now);
