@@ -7,7 +7,7 @@ namespace kxwan {
 
 // Finds the line speed, in bits per second, at which the device answers: the port's present speed,
 // then 115200, 9600, 57600, 19200, 230400, 38400, 460800 and 921600. Each is asked another
-// question, "ATE0V1" with two registers whose values every device shares ("ATE0V1S3?S4?\r";
+// question, "ATE0V1" with four registers whose values every device shares ("ATE0V1S3?S4?S5?S3?\r";
 // V.250 6.2), so that a late answer tells which speed it answers; where registers are refused,
 // AT+GCAP, AT+CMEE?, AT+CSQ and AT are asked. A first round gives each speed 0.22 s; a second one
 // gives the present speed and the two commonest 2.1 s, and every speed 2.3 s when bytes of another

@@ -51,10 +51,10 @@ bool AnswersAtAll(Conversation& conversation, Seconds end) {
     conversation.Account().Settled(/*butQuestions=*/false);
     return true;
   }
-  while (conversation.AwaitResult(kQuiet)) {
-    if (conversation.Port().Now() > end) return false;
+  const auto left = [&] { return std::min(kQuiet, end - conversation.Port().Now()); };
+  while (conversation.AwaitResult(left())) {
   }
-  return conversation.Send("AT\r") && conversation.AwaitResult(kQuiet);
+  return conversation.Send("AT\r") && conversation.AwaitResult(left());
 }
 
 }  // namespace
@@ -66,6 +66,7 @@ bool ConfirmSpeed(Conversation& conversation, Seconds lastAnswerTook, bool regis
   constexpr Seconds kLongest = 3.5;
   const Seconds wait = std::min(kLongest, 1.5 * lastAnswerTook + .3);
   Refusals refusals = {registersRefused};
+  conversation.TakeWhatWaits();
   for (int i = 0; i < kMostQuestions && !conversation.IsGone(); ++i) {
     if (refusals.names >= kRefusedNames) return AnswersAtAll(conversation, end);
     const Question* question = conversation.NextQuestion(refusals.registers);

@@ -3,6 +3,8 @@
 #include <KXWAN/modem/AccountPrivate.h>
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <iterator>
 #include <string>
 #include <vector>
@@ -13,13 +15,50 @@ namespace {
 // The commonest first: data cards, then phones on a cable.
 constexpr unsigned long kSpeeds[] = {115200, 9600, 57600, 19200, 230400, 38400, 460800, 921600};
 
-// Echo off, results in words, and two registers with known values: a pair for each speed.
-constexpr Question kTags[] = {
-    {"ATE0V1S3?S4?\r", "13 10"}, {"ATE0V1S3?S5?\r", "13 8"},  {"ATE0V1S4?S3?\r", "10 13"},
-    {"ATE0V1S4?S5?\r", "10 8"},  {"ATE0V1S5?S3?\r", "8 13"},  {"ATE0V1S5?S4?\r", "8 10"},
-    {"ATE0V1S3?S3?\r", "13 13"}, {"ATE0V1S4?S4?\r", "10 10"}, {"ATE0V1S5?S5?\r", "8 8"},
+// Echo off, results in words, and four registers with known values: S3 is 13, S4 is 10, S5 is 8.
+struct Tag {
+  char command[20] = "ATE0V1S?S?S?S?\r";
+  char numbers[12] = "";
 };
-static_assert(std::size(kTags) > std::size(kSpeeds), "one for the present speed too");
+
+constexpr size_t kRegistersInTag = 4;
+constexpr size_t kTagLength = 18;  // without its "\r"
+constexpr size_t kTagCount = 81;   // each register is one of three
+
+constexpr Tag MakeTag(size_t index) {
+  constexpr const char* kValues[] = {"13", "10", "8"};
+  Tag tag;
+  size_t command = 6;
+  size_t numbers = 0;
+  for (size_t i = 0; i < kRegistersInTag; ++i, index /= 3) {
+    tag.command[command++] = 'S';
+    tag.command[command++] = static_cast<char>('3' + index % 3);
+    tag.command[command++] = '?';
+    if (i > 0) tag.numbers[numbers++] = ' ';
+    for (const char* digit = kValues[index % 3]; *digit != '\0'; ++digit) {
+      tag.numbers[numbers++] = *digit;
+    }
+  }
+  tag.command[command] = '\r';
+  return tag;
+}
+
+constexpr std::array<Tag, kTagCount> MakeTags() {
+  std::array<Tag, kTagCount> tags;
+  for (size_t i = 0; i < kTagCount; ++i) tags[i] = MakeTag(i);
+  return tags;
+}
+
+constexpr std::array<Tag, kTagCount> kTags = MakeTags();
+
+// The tag of a speed. They differ from search to search, also between two programs: what a device
+// still owes to the one before says nothing.
+Question TagOf(size_t index, Seconds begun) {
+  constexpr size_t kStep = 29;  // which shares no divisor with their count
+  const auto draw = static_cast<uint64_t>(begun * 1e6);
+  const Tag& tag = kTags[(draw + kStep * index) % kTagCount];
+  return {.command = tag.command, .numbers = tag.numbers};
+}
 
 constexpr Seconds kShortListening = .22;
 constexpr Seconds kLongListening = 2.1;
@@ -29,7 +68,6 @@ constexpr Seconds kListeningForTag = .1;
 constexpr Seconds kLongestSearch = 10;  // of a line from which nothing is heard
 constexpr Seconds kLongestOfAll = 30;
 constexpr const char* kLineEnd = "\r";
-constexpr size_t kTagLength = 12;   // without its "\r"
 constexpr size_t kUsualSpeeds = 3;  // the present one and the two commonest
 
 // What no device says at its own speed.
@@ -50,6 +88,7 @@ class SpeedSearch {
   struct Probe {
     unsigned long speed;
     Question tag;
+    bool mayBeOld = false;  // an answer: an earlier search asked the same
     Seconds firstAt = 0;
     Seconds at = 0;
     int sent = 0;
@@ -76,10 +115,11 @@ class SpeedSearch {
 };
 
 bool SpeedSearch::Run(unsigned long& speed) {
+  begun_ = Now();
   unsigned long present = 0;
   const bool hadSpeed = conversation_.Port().GetSpeed(present);
   ListSpeeds(hadSpeed ? present : kSpeeds[0]);
-  begun_ = Now();
+  conversation_.TakeWhatWaits();
   if (AskEach() || AskEachAgain()) {
     speed = found_;
     return true;
@@ -89,9 +129,9 @@ bool SpeedSearch::Run(unsigned long& speed) {
 }
 
 void SpeedSearch::ListSpeeds(unsigned long present) {
-  probes_.push_back({present, kTags[0]});
+  probes_.push_back({present, TagOf(0, begun_)});
   for (const unsigned long speed : kSpeeds) {
-    if (speed != present) probes_.push_back({speed, kTags[probes_.size()]});
+    if (speed != present) probes_.push_back({speed, TagOf(probes_.size(), begun_)});
   }
 }
 
@@ -130,10 +170,12 @@ SpeedSearch::Heard SpeedSearch::Ask(Probe& probe, Seconds listening, const char*
   if (conversation_.IsGone() || Now() > begun_ + kLongestOfAll) return Heard::kNothing;
   if (!conversation_.SetSpeed(probe.speed)) return Heard::kNothing;
   const Seconds now = Now();
-  if (!conversation_.Ask(probe.tag, before)) {
-    return Heard::kNothing;
+  const bool mayBeOld = !conversation_.Asked().MayAsk(probe.tag, now);
+  if (!conversation_.Ask(probe.tag, before)) return Heard::kNothing;
+  if (probe.sent++ == 0) {
+    probe.firstAt = now;
+    probe.mayBeOld = mayBeOld;
   }
-  if (probe.sent++ == 0) probe.firstAt = now;
   probe.at = now;
   bool echoed = false;
   const Heard heard = Listen(probe, now + listening, echoed);
@@ -172,10 +214,14 @@ bool SpeedSearch::Understands(Probe& probe, bool& untagged) {
     const std::string numbers = NumbersIn(conversation_.Result().text);
     const auto named = std::find_if(probes_.begin(), probes_.end(),
                                     [&](const Probe& each) { return numbers == each.tag.numbers; });
-    conversation_.TakeAnsweredQuestion();
+    const auto answered = conversation_.TakeAnsweredQuestion();
+    if (named == probes_.end() && answered) {
+      // One of an earlier search: it can be read, so that this is the speed.
+      return IsAt(probe, Now() - answered->at, /*registersRefused=*/false);
+    }
     if (named == probes_.end()) {
       untagged = true;
-    } else if (&*named == &probe && probe.sent == 1) {
+    } else if (&*named == &probe && probe.sent == 1 && !probe.mayBeOld) {
       conversation_.HearUntilQuiet();
       conversation_.Account().Settled(/*butQuestions=*/false);
       return Found(probe);

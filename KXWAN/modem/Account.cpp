@@ -94,17 +94,20 @@ bool Account::AskForAnyOf(std::string_view command) const {
 
 void Account::DropQuestionsNotAnsweredBy(std::string_view text) {
   const std::string numbers = NumbersIn(text);
+  if (numbers.empty()) return;
   const auto other = std::find_if(asked_.begin(), asked_.end(), [&](const Asked& asked) {
     return !asked.isQuestion || asked.answer.empty() || asked.answer == numbers;
   });
   asked_.erase(asked_.begin(), other);
 }
 
-bool Account::IsOther(std::string_view text, const Asked& other) const {
+bool Account::IsOther(std::string_view text, const Asked& other, uint32_t exchange) const {
   const std::string_view name = NameOfAnswer(text);
+  const auto isAsked = [&](const Asked& asked) {
+    return asked.exchange == exchange && AsksFor(asked, name);
+  };
   return !name.empty() && !IsUnsolicited(name) && AsksFor(other, name) &&
-         std::none_of(asked_.begin(), asked_.end(),
-                      [&](const Asked& asked) { return AsksFor(asked, name); });
+         std::none_of(asked_.begin(), asked_.end(), isAsked);
 }
 
 void Account::PutInFront(Account& others) {

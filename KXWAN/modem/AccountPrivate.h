@@ -36,11 +36,12 @@ class Account {
   // Whether one of them that is no question of ours asks for what this command asks for.
   bool AskForAnyOf(std::string_view command) const;
 
-  // Drops the oldest ones that are questions with another answer than this text.
+  // Drops the oldest ones that are questions with another answer than this text. One without
+  // numbers says nothing: some devices say OK to registers that they do not know.
   void DropQuestionsNotAnsweredBy(std::string_view text);
 
-  // Whether the text names another command, and none of these.
-  bool IsOther(std::string_view text, const Asked& other) const;
+  // Whether the text names the other command, and none of those here of this exchange.
+  bool IsOther(std::string_view text, const Asked& other, uint32_t exchange) const;
 
   // Puts what was put away in front again.
   void PutInFront(Account& others);
@@ -54,7 +55,7 @@ class Account {
   bool AreAllQuestions() const;
 
  private:
-  static constexpr size_t kMost = 64;
+  static constexpr size_t kMost = 256;
 
   void DropAllBut(size_t newest);
 

@@ -34,7 +34,7 @@ bool Conversation::Listen(Seconds timeout) {
   NoteChange();
   now_ = line_.Now();
   dialogue_.BeginListening(now_, timeout, /*dropsText=*/true);
-  HearUntil(now_);
+  if (dialogue_.Listens()) HearUntil(now_);
   if (Run({}, /*staysWhenGone=*/true)) return true;
   line_.NoteTimeout();
   return false;
@@ -53,6 +53,7 @@ bool Conversation::ExchangeOnce(std::string_view command, Seconds timeout, Secon
 bool Conversation::ExchangeSurely(std::string_view command, Seconds timeout) {
   constexpr Seconds kPrompt = 1;
   const Seconds end = line_.Now() + 3 * timeout;
+  HearUntilQuiet();  // the result before may come twice
   if (!ExchangeOnce(command, timeout, /*settlement=*/timeout)) return false;
   const Seconds took = dialogue_.AnsweredAfter();
   if (took <= kPrompt) return true;
@@ -103,11 +104,16 @@ bool Conversation::AwaitResult(Seconds timeout) {
   if (timeout <= 0) return false;  // a line that floods always has one more
   now_ = line_.Now();
   dialogue_.BeginListening(now_, timeout, /*dropsText=*/false);
-  HearUntil(now_);
+  if (dialogue_.Listens()) HearUntil(now_);
   return Run({}, /*staysWhenGone=*/false);
 }
 
 bool Conversation::TakeResult() { return dialogue_.TakeHeard(now_, answer_); }
+
+void Conversation::TakeWhatWaits() {
+  HearUntil(line_.Now());
+  while (TakeResult()) TakeAnsweredQuestion();
+}
 
 void Conversation::HearUntilQuiet() {
   constexpr Seconds kQuiet = .05;

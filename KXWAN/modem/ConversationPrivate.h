@@ -59,6 +59,9 @@ class Conversation {
   // Hears what waits, or waits until then for something to come, and gives it as it came.
   std::string_view HearUntil(Seconds until);
 
+  // Takes all results that wait: they answer nothing that is asked from now on.
+  void TakeWhatWaits();
+
   // Hears out what a device sends in one go.
   void HearUntilQuiet();
 

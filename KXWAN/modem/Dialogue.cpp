@@ -40,6 +40,7 @@ void Dialogue::Begin(std::string_view command, Seconds now, Seconds timeout, int
 }
 
 void Dialogue::BeginListening(Seconds now, Seconds timeout, bool dropsText) {
+  const bool goesOn = listens_ && takesAny_ && phase_ == Phase::kAnswered;
   listens_ = true;
   takesAny_ = dropsText;
   phase_ = Phase::kListening;
@@ -48,7 +49,7 @@ void Dialogue::BeginListening(Seconds now, Seconds timeout, bool dropsText) {
   exchange_.end = now + timeout;
   TakeResults(now);
   if (phase_ != Phase::kListening) return;
-  if (dropsText) reply_.BeginAnswer(/*earlierIsDue=*/true);
+  if (dropsText && !goesOn) reply_.BeginAnswer(/*earlierIsDue=*/true);
   reply_.DropExcess();
 }
 
@@ -71,7 +72,7 @@ Step Dialogue::Next(Seconds now) {
     case Phase::kSending:
       return {Turn::kSend};
     case Phase::kTrying:
-      if (exchange_.held && now >= exchange_.held->until) AcceptHeld();
+      if (exchange_.held && now >= HeldUntil()) AcceptHeld();
       if (phase_ == Phase::kAnswered) return {Turn::kAnswered};
       return now < TimeTryEnds() ? Step{Turn::kListen, TimeTryEnds()} : EndTry(now);
     case Phase::kListening:
@@ -124,6 +125,7 @@ void Dialogue::Written(std::string_view command, Seconds now) {
   ++exchange_.tries;
   exchange_.triedAt = now;
   exchange_.heard = false;
+  exchange_.countedBefore += exchange_.counted;
   exchange_.counted = 0;
   phase_ = Phase::kTrying;
 }
@@ -208,9 +210,18 @@ Seconds Dialogue::TimeToGiveUp() const {
   return time;
 }
 
+// What has begun to come may contradict a held result when it is whole.
+Seconds Dialogue::HeldUntil() const {
+  constexpr Seconds kRestOfAnswer = .5;
+  constexpr Seconds kRestAtMost = .6;
+  const Seconds until = exchange_.held->until;
+  if (!reply_.HasText()) return until;
+  return std::max(until, std::min(line_.heardAt + kRestOfAnswer, until + kRestAtMost));
+}
+
 // While a result is held nothing is sent: it would be the next command that gets the answer.
 Seconds Dialogue::TimeTryEnds() const {
-  if (exchange_.held) return std::min(exchange_.held->until, exchange_.end);
+  if (exchange_.held) return std::min(HeldUntil(), exchange_.end);
   const bool sendsAgain = !OnlyListensOn() && MaySendAgainAt(TimeToGiveUp());
   return sendsAgain ? std::min(TimeToGiveUp(), exchange_.end) : exchange_.end;
 }

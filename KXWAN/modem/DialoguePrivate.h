@@ -43,7 +43,8 @@ class Dialogue {
   void Begin(std::string_view command, Seconds now, Seconds timeout, int tries);
 
   // Begins to wait for the next result that comes, whatever it belongs to, one that was heard
-  // already included. dropsText: what has come without a result is no text of the next one.
+  // already included. dropsText: what an earlier wait has left is no text of the next result, but
+  // what came behind a result of such a wait is.
   void BeginListening(Seconds now, Seconds timeout, bool dropsText);
 
   // Gives the next result that was heard, whatever it belongs to. False when there is none yet.
@@ -72,6 +73,9 @@ class Dialogue {
 
   const Answer& Result() const { return answer_; }
   Seconds AnsweredAfter() const { return line_.doubles.At() - exchange_.triedAt; }
+
+  // Whether a result is waited for without a command. What is heard behind it must wait.
+  bool Listens() const { return phase_ == Phase::kListening; }
   bool WasSent() const { return exchange_.tries > 0; }
 
   // What has come for the last try of an exchange that has no result, or for who listens.
@@ -112,6 +116,7 @@ class Dialogue {
   Seconds TimeToSend() const;
   Seconds TimeToGiveUp() const;
   Seconds TimeTryEnds() const;
+  Seconds HeldUntil() const;
   bool OnlyListensOn() const;
   bool MaySendAgainAt(Seconds time) const;
   Step EndTry(Seconds now);

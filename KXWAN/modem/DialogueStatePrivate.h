@@ -31,6 +31,8 @@ struct ExchangeState {
   int tries = 0;         // that were sent
   int failedWrites = 0;  // that count as tries too
 
+  int countedBefore = 0;  // results of commands that came for earlier tries
+
   // When the first try was sent:
   bool doubt = false;  // something was outstanding
   bool calm = false;   // the line had been quiet for long

@@ -83,7 +83,7 @@ bool Dialogue::IsSuspicious(const FinalResult& final, Seconds now) const {
   const Seconds usual = line_.pace.Low();
   const bool tooSoon = usual > kNoDifference && now - exchange_.triedAt < .5 * usual;
   return (tooSoon && line_.doubles.RepeatsAtOnce(final, now)) ||
-         line_.out.IsOther(final.whole, line_.answered);
+         line_.out.IsOther(final.whole, line_.answered, exchange_.number);
 }
 
 // The only command that is outstanding is the one that was just sent for the first time.
@@ -140,9 +140,11 @@ void Dialogue::Count(const FinalResult& final, Seconds service, Seconds now) {
   }
   // In doubt, a result whose text began before the command was sent cannot be its own.
   const bool tooEarly = exchange_.doubt && firstTry && final.beganEarlier;
-  const bool own = line_.answered.exchange == exchange_.number && !tooEarly;
+  const bool counted = line_.answered.exchange == exchange_.number;
+  const bool own = counted && !tooEarly;
+  const bool others = !counted && line_.out.IsOther(final.whole, line_.answered, exchange_.number);
   const bool settled =
-      exchange_.doubt && line_.chain.IsLongEnough(line_.lateness, exchange_.timeout);
+      exchange_.doubt && !others && line_.chain.IsLongEnough(line_.lateness, exchange_.timeout);
   if (own) line_.slowest = std::max(line_.slowest, std::min(service, kSlowest));
   if (own || settled) {
     Accept(final);
@@ -154,7 +156,7 @@ void Dialogue::Count(const FinalResult& final, Seconds service, Seconds now) {
     line_.unsure = true;
     if (!line_.pace.Known()) line_.pace.Learn(delay);
   }
-  const Seconds hold = own || settled ? 0 : HoldFor(delay, service);
+  const Seconds hold = own || settled || others ? 0 : HoldFor(delay, service);
   if (hold > 0) Hold(final, now + hold, /*mayBeDouble=*/false);
 }
 
@@ -168,8 +170,8 @@ Seconds Dialogue::HoldFor(Seconds delay, Seconds service) const {
     return std::max(kBehindChange, exchange_.counted > 1 ? std::min(2., 1.5 * service + .05) : 0);
   }
   const bool usual = line_.pace.Known() && line_.pace.InBand(delay);
-  const bool fits =
-      exchange_.counted == 1 && exchange_.calm && before.guess == 0 && line_.pace.Fits(delay);
+  const bool fits = exchange_.counted == 1 && exchange_.countedBefore == 0 && exchange_.calm &&
+                    before.guess == 0 && line_.pace.Fits(delay);
   if (!fits || (exchange_.tries > 1 && !usual)) return 0;
   return usual ? std::clamp(line_.pace.Quiet(0), .3, 1.) : 1;
 }

@@ -8,7 +8,8 @@ namespace kxwan {
 
 namespace {
 
-// In the order asked: each register alone, then sequences that differ, then names.
+// In the order asked: each register alone, then all sequences of three, then names. The search for
+// the speed asks those of two.
 constexpr Question kQuestions[] = {
     {.command = "ATS3?\r", .numbers = "13", .single = true},
     {.command = "ATS4?\r", .numbers = "10", .single = true},
@@ -19,19 +20,34 @@ constexpr Question kQuestions[] = {
     {.command = "ATS4?S5?S3?\r", .numbers = "10 8 13"},
     {.command = "ATS5?S3?S4?\r", .numbers = "8 13 10"},
     {.command = "ATS3?S5?S4?\r", .numbers = "13 8 10"},
-    {.command = "ATS3?S4?\r", .numbers = "13 10"},
-    {.command = "ATS4?S5?\r", .numbers = "10 8"},
-    {.command = "ATS5?S3?\r", .numbers = "8 13"},
-    {.command = "ATS4?S3?\r", .numbers = "10 13"},
-    {.command = "ATS5?S4?\r", .numbers = "8 10"},
-    {.command = "ATS3?S5?\r", .numbers = "13 8"},
+    {.command = "ATS3?S3?S3?\r", .numbers = "13 13 13"},
+    {.command = "ATS3?S3?S4?\r", .numbers = "13 13 10"},
+    {.command = "ATS3?S3?S5?\r", .numbers = "13 13 8"},
+    {.command = "ATS3?S4?S3?\r", .numbers = "13 10 13"},
+    {.command = "ATS3?S4?S4?\r", .numbers = "13 10 10"},
+    {.command = "ATS3?S5?S3?\r", .numbers = "13 8 13"},
+    {.command = "ATS3?S5?S5?\r", .numbers = "13 8 8"},
+    {.command = "ATS4?S3?S3?\r", .numbers = "10 13 13"},
+    {.command = "ATS4?S3?S4?\r", .numbers = "10 13 10"},
+    {.command = "ATS4?S4?S3?\r", .numbers = "10 10 13"},
+    {.command = "ATS4?S4?S4?\r", .numbers = "10 10 10"},
+    {.command = "ATS4?S4?S5?\r", .numbers = "10 10 8"},
+    {.command = "ATS4?S5?S4?\r", .numbers = "10 8 10"},
+    {.command = "ATS4?S5?S5?\r", .numbers = "10 8 8"},
+    {.command = "ATS5?S3?S3?\r", .numbers = "8 13 13"},
+    {.command = "ATS5?S3?S5?\r", .numbers = "8 13 8"},
+    {.command = "ATS5?S4?S4?\r", .numbers = "8 10 10"},
+    {.command = "ATS5?S4?S5?\r", .numbers = "8 10 8"},
+    {.command = "ATS5?S5?S3?\r", .numbers = "8 8 13"},
+    {.command = "ATS5?S5?S4?\r", .numbers = "8 8 10"},
+    {.command = "ATS5?S5?S5?\r", .numbers = "8 8 8"},
     {.command = "AT+GCAP\r", .name = "+GCAP"},
     {.command = "AT+CMEE?\r", .name = "+CMEE"},
     {.command = "AT+CSQ\r", .name = "+CSQ"},
 };
 
 // An answer that comes later than this is not thought of. A device may have much to work off.
-constexpr Seconds kLatest = 60;
+constexpr Seconds kLatest = 180;
 
 bool IsSame(const Question& one, const Question& other) {
   return std::string_view(one.numbers) == other.numbers && std::string_view(one.name) == other.name;
@@ -60,9 +76,11 @@ bool Questions::MayAsk(const Question& question, Seconds now) const {
   });
 }
 
+// Also a question that may be asked anew is kept: its answer, should it come after all, is not the
+// new one's.
 void Questions::Note(const Asked& asked) {
-  const auto isOver = [&](const Asked& each) { return asked.at - each.at >= kLatest; };
-  asked_.erase(std::remove_if(asked_.begin(), asked_.end(), isOver), asked_.end());
+  constexpr size_t kMost = 256;
+  if (asked_.size() == kMost) asked_.erase(asked_.begin());
   asked_.push_back(asked);
 }
 

@@ -37,6 +37,9 @@ class Questions {
   const Question* Next(Seconds now, bool registersRefused,
                        const std::function<bool(const Question&)>& isOwed) const;
 
+  // Whether an answer to this question can be no older one's.
+  bool MayAsk(const Question& question, Seconds now) const;
+
   void Note(const Asked& asked);
 
   // Takes the question that the text answers, and with it all older ones, whose answers are lost.
@@ -46,8 +49,6 @@ class Questions {
   bool AreSingle() const;
 
  private:
-  bool MayAsk(const Question& question, Seconds now) const;
-
   std::vector<Asked> asked_;  // and not answered, oldest first
 };
 

@@ -42,6 +42,7 @@ class Settlement {
 };
 
 bool Settlement::Run() {
+  conversation_.TakeWhatWaits();
   while (!conversation_.IsGone() && Now() < end_) {
     const Question* question = conversation_.NextQuestion(refused_);
     if (question == nullptr || !conversation_.Ask(*question)) break;
