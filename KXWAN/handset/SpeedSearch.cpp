@@ -130,9 +130,7 @@ SpeedSearch::Heard SpeedSearch::Ask(Probe& probe, Seconds listening, const char*
   if (conversation_.IsGone() || Now() > begun_ + kLongestOfAll) return Heard::kNothing;
   if (!conversation_.SetSpeed(probe.speed)) return Heard::kNothing;
   const Seconds now = Now();
-  if (!conversation_.Ask(probe.tag, before)) {
-    return Heard::kNothing;
-  }
+  if (!conversation_.Ask(probe.tag, before)) return Heard::kNothing;
   if (probe.sent++ == 0) probe.firstAt = now;
   probe.at = now;
   bool echoed = false;

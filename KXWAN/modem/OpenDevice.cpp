@@ -1,6 +1,6 @@
+#include <KXWAN/foundation/ClockPrivate.h>
 #include <KXWAN/foundation/DebugLog.h>
 #include <KXWAN/foundation/TablePrivate.h>
-#include <KXWAN/foundation/WaitingPrivate.h>
 #include <KXWAN/modem/CSModem.h>
 #include <KXWAN/modem/ExchangePrivate.h>
 

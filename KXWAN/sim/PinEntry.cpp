@@ -60,8 +60,7 @@ constexpr CodeText<PinOutcome> kOutcomeTexts[] = {
 
 bool IsDigits(const char* text, size_t shortest, size_t longest) {
   const std::string_view digits = text != nullptr ? text : "";
-  return shortest <= digits.size() && digits.size() <= longest &&
-         digits.find_first_not_of("0123456789") == digits.npos;
+  return shortest <= digits.size() && digits.size() <= longest && IsNumber(digits);
 }
 
 bool SaysWrongPassword(std::string_view error) {

@@ -68,8 +68,7 @@ SimState StateInWords(std::string_view text) {
 }
 
 SimState StateOfError(std::string_view text) {
-  const bool isNumber = !text.empty() && text.find_first_not_of("0123456789") == text.npos;
-  if (!isNumber) return StateInWords(text);
+  if (!IsNumber(text)) return StateInWords(text);
   const int32_t number = ToInt(text);
   const NumberRow* row = FindRow(kNumberRows, [number](const NumberRow& each) {
     return each.first <= number && number <= each.last;
