@@ -34,6 +34,6 @@
 #include <KXWAN/serial/KxSerial.h>
 #include <KXWAN/serial/ModemDescriptorArray.h>
 #include <KXWAN/sim/PinEntry.h>
-#include <KXWAN/sim/SimCard.h>
 #include <KXWAN/sim/SimCodes.h>
 #include <KXWAN/sim/SimPin.h>
+#include <KXWAN/sim/SimState.h>

@@ -3,7 +3,7 @@
 #include <KXWAN/foundation/TablePrivate.h>
 #include <KXWAN/modem/ExchangePrivate.h>
 #include <KXWAN/sim/SecretPrivate.h>
-#include <KXWAN/sim/SimCard.h>
+#include <KXWAN/sim/SimState.h>
 
 #include <string_view>
 

@@ -15,7 +15,7 @@ static_assert(sizeof(KXDevicePassword) == 257, "the record's layout is frozen");
 // These give a code of SimCodes.h and set no last error.
 
 // Asking for the state. These tell only devices apart that report it as an equipment error;
-// kxwan::ReadSimState (SimCard.h) understands ordinary replies too.
+// kxwan::ReadSimState (SimState.h) understands ordinary replies too.
 
 // Asks with "AT+CMEE=1;+CPIN?" (3GPP TS 27.007 8.3), which leaves numeric error reports switched
 // on, and where that cannot be told apart once more with "AT+CPIN?". Stores the longest PIN that

@@ -1,5 +1,5 @@
 #include <KXWAN/sim/SimPin.h>
-#include <KXWAN/sim/SimCard.h>
+#include <KXWAN/sim/SimState.h>
 #include <gtest/gtest.h>
 #include <tests/support/Dialogue.h>
 

@@ -1,4 +1,4 @@
-#include <KXWAN/sim/SimCard.h>
+#include <KXWAN/sim/SimState.h>
 
 #include <KXWAN/foundation/TablePrivate.h>
 #include <KXWAN/modem/ExchangePrivate.h>
