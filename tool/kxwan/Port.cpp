@@ -1,12 +1,11 @@
 #include <tool/kxwan/Port.h>
 
 #include <profile/BuiltInProfiles.h>
+#include <tool/kxwan/PortCheck.h>
+#include <tool/kxwan/Text.h>
 
 #include <algorithm>
 #include <string_view>
-
-#include <tool/kxwan/PortCheck.h>
-#include <tool/kxwan/Text.h>
 
 namespace kxtool {
 namespace {

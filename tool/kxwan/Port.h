@@ -3,12 +3,11 @@
 #include <KXWAN/KXWAN.h>
 #include <profile/Profile.h>
 #include <simulator/SimulatedDevice.h>
+#include <tool/kxwan/Failure.h>
 
 #include <memory>
 #include <string>
 #include <vector>
-
-#include <tool/kxwan/Result.h>
 
 namespace kxtool {
 
