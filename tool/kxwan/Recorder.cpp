@@ -1,6 +1,7 @@
 #include <tool/kxwan/Recorder.h>
 
 #include <recording/Anonymiser.h>
+#include <simulator/SimulatedDevice.h>
 #include <tool/kxwan/Device.h>
 #include <tool/kxwan/Observe.h>
 #include <tool/kxwan/PrivateText.h>
