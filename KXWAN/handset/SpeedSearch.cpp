@@ -175,7 +175,7 @@ bool SpeedSearch::Understands(Probe& probe, bool& untagged) {
       untagged = true;
     } else if (&*named == &probe && probe.sent == 1) {
       conversation_.HearUntilQuiet();
-      conversation_.Account().Settled(/*butQuestions=*/false);
+      conversation_.Exchanges().Settled(/*butQuestions=*/false);
       return Found(probe);
     } else {
       return IsAt(*named, Now() - named->firstAt, /*registersRefused=*/false);

@@ -40,7 +40,7 @@ bool SendOnce(CSModem* modem, const char* command, unsigned long timeoutMs, int&
 
 AnswerCounts CountAnswers(const CSModem* modem) {
   Engine& engine = *modem->m_pEngine;
-  return {engine.unanswered, engine.conversation.Account().Late()};
+  return {engine.unanswered, engine.conversation.Exchanges().Late()};
 }
 
 }  // namespace kxwan
