@@ -12,12 +12,12 @@
 #include <string>
 #include <string_view>
 
-namespace {
-
 using kxwan::Accepts;
 using kxwan::Fail;
 using kxwan::Formatted;
 using kxwan::GprsProfile;
+
+namespace {
 
 constexpr uint32_t kAttachTimeoutMs = 15000;
 constexpr uint32_t kOrdinaryTimeoutMs = 1500;

@@ -9,9 +9,9 @@
 #include <memory>
 #include <new>
 
-namespace {
-
 using kxwan::IsDigit;
+
+namespace {
 
 constexpr int kNumberRoom = 32;
 constexpr int kFloatingRoom = 128;

@@ -9,11 +9,11 @@
 
 bool pcCardOpenDelayFlag = false;
 
-namespace {
-
 using kxwan::Answer;
 using kxwan::Exchange;
 using kxwan::SetPortSpeed;
+
+namespace {
 
 struct SearchedSpeed {
   unsigned long maskBit;
