@@ -11,7 +11,7 @@ nobody=65534
 # Name, function, and what it means.
 steps() {
   cat <<'END'
-format    layout as clang-format does it
+format    layout as clang-format does it, order of headers, braces
 floors    who includes whom, length of files
 headers   each header compiles alone
 gcc       gcc builds everything, warnings are errors

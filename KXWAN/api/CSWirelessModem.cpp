@@ -12,10 +12,10 @@
 #include <new>
 #include <string>
 
-namespace {
-
 using kxwan::Contains;
 using kxwan::CopyText;
+
+namespace {
 
 constexpr unsigned long kDetectedSpeeds[] = {19200, 57600, 115200, 230400, 9600};
 
@@ -130,8 +130,8 @@ int CSWirelessModem::SendATCommandAndGetReply(const char* command, char* reply, 
 
 bool CSWirelessModem::GetModelAndManufacturer(char* model, char* manufacturer) {
   const kxwan::DeviceNames names = kxwan::ReadDeviceNames(m_pModem);
-  strcpy(model, names.model.text.c_str());
-  strcpy(manufacturer, names.manufacturer.text.c_str());
+  std::strcpy(model, names.model.text.c_str());
+  std::strcpy(manufacturer, names.manufacturer.text.c_str());
   return true;
 }
 

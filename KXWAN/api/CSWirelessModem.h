@@ -52,18 +52,18 @@ class KXWAN_API CSWirelessModem {
   bool GetModelString(ModemInfo* info);             // info/Identity.h
   void GSMCapabilities(ModemInfo* info);            // data services of a GSM device, Capabilities.h
   bool GetCapabilitiesKey(ModemInfo* info);         // info/Capabilities.h
-  void GetModemCoverage(ModemInfo* info);           // info/Coverage.h
-  void GetModemVersion(ModemInfo* info);            // firmware version, info/Version.h
+  void GetModemCoverage(ModemInfo* info);           // info/Signal.h
+  void GetModemVersion(ModemInfo* info);            // firmware version, info/Identity.h
   bool GetModemData(ModemInfo* info);               // the whole record, info/ModemData.h
 
-  // Moves the port to the fastest speed that the device accepts, handset/PortSpeed.h.
+  // Moves the port to the fastest speed that the device accepts, handset/LineSpeed.h.
   bool DetectModemBaudRate(CHandsetPlatform platform, unsigned long& baud);
 
   // Readies the device for a packet-data call, connect/Connection.h.
   bool PrepareDeviceForConnection(KXModemProperties* properties, const char* apn);
 
   // These give a code of sim/SimCodes.h.
-  int IsPasswordRequired(long* pinLength);                                  // sim/SimState.h
+  int IsPasswordRequired(long* pinLength);                                  // sim/SimPin.h
   int SetPIN(const char* pin, signed char savePIN);                         // sim/SimPin.h
   int SetPINPUK(const char* puk, const char* newPin, signed char savePIN);  // sim/SimPin.h
 

@@ -2,16 +2,13 @@
 #include <KXWAN/connect/Connection.h>
 #include <KXWAN/connect/DialString.h>
 #include <KXWAN/foundation/LastError.h>
-#include <KXWAN/handset/PortSpeed.h>
+#include <KXWAN/handset/LineSpeed.h>
 #include <KXWAN/info/Battery.h>
 #include <KXWAN/info/Capabilities.h>
-#include <KXWAN/info/Coverage.h>
 #include <KXWAN/info/Identity.h>
 #include <KXWAN/info/ModemData.h>
 #include <KXWAN/info/Signal.h>
-#include <KXWAN/info/Version.h>
 #include <KXWAN/sim/SimPin.h>
-#include <KXWAN/sim/SimState.h>
 
 bool CSWirelessModem::GetBatteryLevelFromDevice(ModemInfo* info) {
   return ::GetBatteryLevelFromDevice(m_pModem, info);

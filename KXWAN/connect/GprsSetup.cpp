@@ -2,9 +2,9 @@
 
 #include <KXWAN/connect/ConnectError.h>
 #include <KXWAN/connect/GprsProfilePrivate.h>
+#include <KXWAN/foundation/Clock.h>
 #include <KXWAN/foundation/LastErrorPrivate.h>
 #include <KXWAN/foundation/TextPrivate.h>
-#include <KXWAN/foundation/Waiting.h>
 #include <KXWAN/handset/CHandsetPlatform.h>
 #include <KXWAN/modem/ExchangePrivate.h>
 
@@ -12,12 +12,12 @@
 #include <string>
 #include <string_view>
 
-namespace {
-
 using kxwan::Accepts;
 using kxwan::Fail;
 using kxwan::Formatted;
 using kxwan::GprsProfile;
+
+namespace {
 
 constexpr uint32_t kAttachTimeoutMs = 15000;
 constexpr uint32_t kOrdinaryTimeoutMs = 1500;
@@ -72,8 +72,7 @@ namespace kxwan {
 bool IsApn(const char* text) {
   const std::string_view apn = text != nullptr ? text : "";
   return !apn.empty() && apn.size() <= kLongestApn &&
-         std::all_of(apn.begin(), apn.end(),
-                     [](char c) { return c >= ' ' && c <= '~' && c != '"'; });
+         std::all_of(apn.begin(), apn.end(), [](char c) { return IsPrintable(c) && c != '"'; });
 }
 
 }  // namespace kxwan

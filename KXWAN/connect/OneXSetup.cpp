@@ -8,11 +8,11 @@
 #include <iterator>
 #include <span>
 
-namespace {
-
 using kxwan::Accepts;
 using kxwan::Exchange;
 using kxwan::Fail;
+
+namespace {
 
 // What a model wants to be told before its mode.
 struct Preparation {

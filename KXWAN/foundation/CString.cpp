@@ -39,6 +39,17 @@ bool LiesIn(const CStringData* data, const char* text) {
 
 }  // namespace kxwan
 
+namespace {
+
+template <typename Char>
+unsigned int Hash(const Char* key) {
+  uint32_t hash = 0;
+  for (; *key != 0; ++key) hash = hash * 33 + static_cast<uint32_t>(int32_t{*key});
+  return hash;
+}
+
+}  // namespace
+
 void AfxThrowMemoryException() {}
 
 const CString& AfxGetEmptyString() {
@@ -205,3 +216,7 @@ void CopyElements(CString* destination, const CString* source, int count) {
 void DestructElements(CString* elements, int count) {
   for (int i = 0; i < count; ++i) elements[i].~CString();
 }
+
+unsigned int HashKey(const char* key) { return Hash(reinterpret_cast<const signed char*>(key)); }
+
+unsigned int HashKey(const short* key) { return Hash(key); }

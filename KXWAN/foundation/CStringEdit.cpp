@@ -8,6 +8,8 @@
 #include <string_view>
 
 using kxwan::SetLength;
+using kxwan::StoreText;
+using kxwan::TextLength;
 using kxwan::View;
 
 namespace {
@@ -72,6 +74,12 @@ void WriteReplaced(char* output, std::string_view text, std::string_view oldText
   std::memmove(output, text.data(), text.size());
 }
 
+CString Joined(const char* left, int leftLength, const char* right, int rightLength) {
+  CString joined;
+  joined.ConcatCopy(leftLength, left, rightLength, right);
+  return joined;
+}
+
 }  // namespace
 
 void CString::TrimLeft() { CutFront(*this, kxwan::IsSpace); }
@@ -131,7 +139,7 @@ int CString::Replace(const char* oldText, const char* newText) {
 }
 
 int CString::Insert(int index, const char* text) {
-  const int count = kxwan::TextLength(text);
+  const int count = TextLength(text);
   if (count == 0) return GetLength();
   if (kxwan::LiesIn(GetData(), text)) {
     const kxwan::ScopedText copy(text);
@@ -182,4 +190,59 @@ void CString::MakeLower() {
 void CString::MakeReverse() {
   CopyBeforeWrite();
   std::reverse(m_pchData, m_pchData + GetLength());
+}
+
+void CString::ConcatCopy(int length1, const char* text1, int length2, const char* text2) {
+  const int second = std::min(length2, kxwan::kMaxTextLength - length1);
+  if (length1 + second == 0) return;
+  AllocBuffer(length1 + second);
+  StoreText(GetData(), 0, text1, length1);
+  StoreText(GetData(), length1, text2, second);
+}
+
+void CString::ConcatInPlace(int length, const char* text) {
+  if (length <= 0) return;
+  CStringData* data = GetData();
+  if (data->refs < 2 && length <= data->allocLength - data->dataLength) {
+    StoreText(data, data->dataLength, text, length);
+    SetLength(data, data->dataLength + length);
+    return;
+  }
+  ConcatCopy(data->dataLength, m_pchData, length, text);
+  kxwan::FreeData(data);
+}
+
+CString& CString::operator+=(const CString& text) {
+  ConcatInPlace(text.GetLength(), text.m_pchData);
+  return *this;
+}
+
+CString& CString::operator+=(char ch) {
+  ConcatInPlace(1, &ch);
+  return *this;
+}
+
+CString& CString::operator+=(const char* text) {
+  ConcatInPlace(TextLength(text), text);
+  return *this;
+}
+
+CString operator+(const CString& left, const CString& right) {
+  return Joined(left.String(), left.GetLength(), right.String(), right.GetLength());
+}
+
+CString operator+(const CString& left, const char* right) {
+  return Joined(left.String(), left.GetLength(), right, TextLength(right));
+}
+
+CString operator+(const char* left, const CString& right) {
+  return Joined(left, TextLength(left), right.String(), right.GetLength());
+}
+
+CString operator+(char left, const CString& right) {
+  return Joined(&left, 1, right.String(), right.GetLength());
+}
+
+CString operator+(const CString& left, char right) {
+  return Joined(left.String(), left.GetLength(), &right, 1);
 }

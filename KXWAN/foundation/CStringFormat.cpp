@@ -1,6 +1,7 @@
 #include <KXWAN/foundation/CString.h>
 
 #include <KXWAN/foundation/CStringPrivate.h>
+#include <KXWAN/foundation/TextPrivate.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -8,14 +9,14 @@
 #include <memory>
 #include <new>
 
+using kxwan::IsDigit;
+
 namespace {
 
 constexpr int kNumberRoom = 32;
 constexpr int kFloatingRoom = 128;
 constexpr int kNullTextRoom = 6;
 constexpr int kAbsent = -1;
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 // Walks a format and its arguments and bounds the length of the result from above.
 // Deliberate: each literal character counts as the whole rest of the format. Callers format into

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 
 namespace {
 
@@ -41,12 +42,8 @@ int CString::Find(const char* sub, int start) const {
 int CString::FindNoCase(const char* sub, int start) const {
   if (sub == nullptr || start > GetLength()) return kNotFound;
   const char* from = m_pchData + std::max(start, 0);
-  const char* end = from + std::strlen(from);
-  const char* subEnd = sub + std::strlen(sub);
-  const char* match = std::search(from, end, sub, subEnd, [](char a, char b) {
-    return kxwan::AsciiLower(a) == kxwan::AsciiLower(b);
-  });
-  return match == end && sub != subEnd ? kNotFound : Position(m_pchData, match);
+  const size_t at = kxwan::FindNoCase(from, sub);
+  return at == std::string_view::npos ? kNotFound : Position(m_pchData, from + at);
 }
 
 int CString::ReverseFind(char ch) const { return Position(m_pchData, std::strrchr(m_pchData, ch)); }

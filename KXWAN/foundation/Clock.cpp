@@ -1,8 +1,12 @@
+#include <KXWAN/foundation/Clock.h>
+
 #include <KXWAN/foundation/ClockPrivate.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
 #include <ctime>
+#include <thread>
 
 namespace kxwan {
 
@@ -25,4 +29,11 @@ uint32_t MillisecondsOfTicks(double ticks) {
 
 uint32_t Milliseconds() { return MillisecondsOfTicks(TickCount()); }
 
+void WaitFully(std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }
+
 }  // namespace kxwan
+
+int WaitMilliSecond(unsigned long ms) {
+  // Deliberate: the product wraps in 32 bits.
+  return usleep(static_cast<uint32_t>(ms) * UINT32_C(1000));
+}

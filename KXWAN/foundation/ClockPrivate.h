@@ -1,5 +1,8 @@
 #pragma once
 
+#include <KXWAN/foundation/Clock.h>
+
+#include <chrono>
 #include <cstdint>
 
 namespace kxwan {
@@ -12,5 +15,8 @@ uint32_t MillisecondsOfTicks(double ticks);
 
 // The engine's millisecond clock: MillisecondsOfTicks(TickCount()).
 uint32_t Milliseconds();
+
+// Sleeps for the whole time, whatever signals come.
+void WaitFully(std::chrono::milliseconds time);
 
 }  // namespace kxwan

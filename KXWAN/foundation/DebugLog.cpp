@@ -62,11 +62,13 @@ void AppendLogRecord(FILE*& stream, const char* path, std::string_view record) {
   std::fflush(stream);
 }
 
+namespace {
+
 // Made once a second: it costs more than the rest of a record.
-static const LogStamp& StampOfNow() {
+const LogStamp& StampOfNow() {
   thread_local time_t second = -1;
   thread_local LogStamp stamp;
-  const time_t now = time(nullptr);
+  const time_t now = std::time(nullptr);
   if (now == second) return stamp;
   tm local = {};
   // localtime would look at the time zone file each time.
@@ -75,6 +77,8 @@ static const LogStamp& StampOfNow() {
   second = now;
   return stamp;
 }
+
+}  // namespace
 
 }  // namespace kxwan
 

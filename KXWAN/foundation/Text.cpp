@@ -27,10 +27,15 @@ bool Contains(const char* text, const char* part) {
   return std::strstr(OrEmpty(text), OrEmpty(part)) != nullptr;
 }
 
-bool ContainsNoCase(std::string_view text, std::string_view part) {
+bool IsNumber(std::string_view text) {
+  return !text.empty() && std::all_of(text.begin(), text.end(), IsDigit);
+}
+
+size_t FindNoCase(std::string_view text, std::string_view part) {
   const auto same = [](char a, char b) { return AsciiLower(a) == AsciiLower(b); };
-  return part.empty() ||
-         std::search(text.begin(), text.end(), part.begin(), part.end(), same) != text.end();
+  const auto at = std::search(text.begin(), text.end(), part.begin(), part.end(), same);
+  const bool found = at != text.end() || part.empty();
+  return found ? static_cast<size_t>(at - text.begin()) : std::string_view::npos;
 }
 
 std::string_view TextBehind(std::string_view text, std::string_view tag) {

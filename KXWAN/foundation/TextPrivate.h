@@ -29,9 +29,12 @@ inline std::string_view View(const CString& text) {
   return {text.String(), static_cast<size_t>(text.GetLength())};
 }
 
-// Letters and white space as ASCII has them, whatever the program's locale says.
+// Letters, digits and white space as ASCII has them, whatever the program's locale says.
 constexpr char AsciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
 constexpr char AsciiUpper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; }
+constexpr bool IsUpper(char c) { return c >= 'A' && c <= 'Z'; }
+constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+constexpr bool IsPrintable(char c) { return c >= ' ' && c <= '~'; }
 constexpr bool IsSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 // Case-sensitive tests of C texts. A null text counts as "".
@@ -42,8 +45,15 @@ inline bool Contains(std::string_view text, std::string_view part) {
   return text.find(part) != std::string_view::npos;
 }
 
-// Whether part occurs in text, the case of ASCII letters ignored.
-bool ContainsNoCase(std::string_view text, std::string_view part);
+// Whether a text is made of digits, at least one.
+bool IsNumber(std::string_view text);
+
+// Where part occurs in text, the case of ASCII letters ignored; npos when it does not.
+size_t FindNoCase(std::string_view text, std::string_view part);
+
+inline bool ContainsNoCase(std::string_view text, std::string_view part) {
+  return FindNoCase(text, part) != std::string_view::npos;
+}
 
 // The text behind the first occurrence of tag; the whole text when it does not occur.
 std::string_view TextBehind(std::string_view text, std::string_view tag);

@@ -6,11 +6,11 @@
 #include <iterator>
 #include <string_view>
 
-namespace {
-
 using kxwan::Answer;
 using kxwan::Contains;
 using kxwan::Exchange;
+
+namespace {
 
 CHandsetPlatform EvDo(CSModem*, std::string_view, CString&) { return PLATFORM_1XEVDO; }
 

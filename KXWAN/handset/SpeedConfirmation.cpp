@@ -22,7 +22,7 @@ bool Answers(Conversation& conversation, const Question& question, Seconds wait,
       conversation.TakeAnsweredQuestion();
       conversation.NoteRefusal(/*ofRegisters=*/byName);
       conversation.HearUntilQuiet();
-      conversation.Account().Settled(/*butQuestions=*/false);
+      conversation.Exchanges().Settled(/*butQuestions=*/false);
       return true;
     }
     conversation.TakeAnsweredQuestion();
@@ -48,7 +48,7 @@ bool AnswersAtAll(Conversation& conversation, Seconds end) {
   bool plainly = AnswersPlainly(conversation);
   plainly = plainly && AnswersPlainly(conversation);
   if (plainly) {
-    conversation.Account().Settled(/*butQuestions=*/false);
+    conversation.Exchanges().Settled(/*butQuestions=*/false);
     return true;
   }
   const auto left = [&] { return std::min(kQuiet, end - conversation.Port().Now()); };

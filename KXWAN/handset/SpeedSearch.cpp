@@ -215,15 +215,13 @@ bool SpeedSearch::Understands(Probe& probe, bool& untagged) {
     const auto named = std::find_if(probes_.begin(), probes_.end(),
                                     [&](const Probe& each) { return numbers == each.tag.numbers; });
     const auto answered = conversation_.TakeAnsweredQuestion();
-    if (named == probes_.end() && answered) {
-      // One of an earlier search: it can be read, so that this is the speed.
-      return IsAt(probe, Now() - answered->at, /*registersRefused=*/false);
-    }
     if (named == probes_.end()) {
+      // One of an earlier search can be read, so that this is the speed.
+      if (answered) return IsAt(probe, Now() - answered->at, /*registersRefused=*/false);
       untagged = true;
     } else if (&*named == &probe && probe.sent == 1 && !probe.mayBeOld) {
       conversation_.HearUntilQuiet();
-      conversation_.Account().Settled(/*butQuestions=*/false);
+      conversation_.Exchanges().Settled(/*butQuestions=*/false);
       return Found(probe);
     } else {
       return IsAt(*named, Now() - named->firstAt, /*registersRefused=*/false);

@@ -2,7 +2,6 @@
 
 #include <KXWAN/foundation/Host.h>
 #include <KXWAN/foundation/TextPrivate.h>
-#include <KXWAN/info/BatteryPrivate.h>
 #include <KXWAN/info/QueryPrivate.h>
 #include <KXWAN/modem/ExchangePrivate.h>
 
@@ -22,20 +21,14 @@ constexpr int32_t kHighestStatus = 3;
 constexpr int32_t kLeastMillivolts = 1000;
 
 int32_t LevelUnderStatus(int32_t status, int32_t level) {
-  if (status == kOnBattery) {
-    return level;
-  }
-  if (status == kOnExternalPower) {
-    return level == 0 ? 100 : level;
-  }
+  if (status == kOnBattery) return level;
+  if (status == kOnExternalPower) return level == 0 ? 100 : level;
   return 0;
 }
 
 int32_t ReportedLevel(std::string_view numbers) {
   const size_t comma = numbers.rfind(',');
-  if (comma == std::string_view::npos) {
-    return LevelUnderStatus(ToInt(numbers), 0);
-  }
+  if (comma == std::string_view::npos) return LevelUnderStatus(ToInt(numbers), 0);
   int32_t status = ToInt(numbers.substr(0, comma));
   int32_t level = ToInt(numbers.substr(comma + 1));
   if (status > kHighestStatus) {
@@ -58,9 +51,7 @@ int32_t MillivoltsOf(std::string_view number) {
   int32_t millivolts = volts * 1000;
   int32_t place = 100;
   for (char ch : number.substr(point + 1, 3)) {
-    if (ch < '0' || ch > '9') {
-      break;
-    }
+    if (!IsDigit(ch)) break;
     millivolts += (ch - '0') * place;
     place /= 10;
   }
@@ -69,14 +60,10 @@ int32_t MillivoltsOf(std::string_view number) {
 
 // One number that is no voltage may be a status or a percentage, two are both.
 void TakeSmallNumbers(const int32_t* numbers, int count, BatteryReading& reading) {
-  if (count == 0) {
-    return;
-  }
+  if (count == 0) return;
   int32_t status = numbers[0];
   int32_t percent = count > 1 ? numbers[1] : -1;
-  if (status > kHighestStatus && percent <= kHighestStatus) {
-    std::swap(status, percent);
-  }
+  if (status > kHighestStatus && percent <= kHighestStatus) std::swap(status, percent);
   reading.status = status >= 0 && status <= kHighestStatus ? status : -1;
   reading.percent = percent >= 0 && percent <= 100 ? percent : -1;
 }
@@ -85,12 +72,8 @@ void TakeSmallNumbers(const int32_t* numbers, int count, BatteryReading& reading
 
 int32_t BatteryLevelOf(std::string_view answer, int32_t maxStrength) {
   const int32_t level = std::max(ReportedLevel(TextBehind(answer, "CBC:")), 0);
-  if (maxStrength <= 0) {
-    return level;
-  }
-  if (level >= maxStrength) {
-    return 100;
-  }
+  if (maxStrength <= 0) return level;
+  if (level >= maxStrength) return 100;
   return static_cast<int32_t>(static_cast<float>(level) / static_cast<float>(maxStrength) * 100.0F);
 }
 
@@ -102,7 +85,7 @@ BatteryReading BatteryReadingOf(std::string_view value) {
     const size_t end = std::min(value.find(','), value.size());
     const std::string_view number = Trimmed(value.substr(0, end));
     value.remove_prefix(std::min(end + 1, value.size()));
-    const bool isNumber = !number.empty() && number.front() >= '0' && number.front() <= '9';
+    const bool isNumber = !number.empty() && IsDigit(number.front());
     const int32_t millivolts = isNumber ? MillivoltsOf(number) : 0;
     if (millivolts > 0) {
       reading.millivolts = millivolts;
@@ -130,9 +113,7 @@ bool ReadBattery(CSModem* modem, BatteryReading& reading) {
 bool GetBatteryLevelFromDevice(CSModem* modem, ModemInfo* info) {
   const char* command = kxwan::ReportsOnExecution(*info) ? "AT+CBC\r" : "AT+CBC?\r";
   const kxwan::Answer answer = kxwan::Exchange(modem, command);
-  if (!answer.IsOk()) {
-    return false;
-  }
+  if (!answer.IsOk()) return false;
   const int maxStrength = GetCustomSetting("MaxBatteryStrength", 0);
   info->dwBatteryLevel = static_cast<uint32_t>(kxwan::BatteryLevelOf(answer.text, maxStrength));
   return true;

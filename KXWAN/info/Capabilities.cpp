@@ -68,15 +68,11 @@ void SettleCapabilities(CSModem* modem, ModemInfo* info) {
 }
 
 void ProbeSim(CSModem* modem, ModemInfo* info) {
-  if (!kxwan::Accepts(modem, "AT+CMEE=1\r")) {
-    return;
-  }
+  if (!kxwan::Accepts(modem, "AT+CMEE=1\r")) return;
   // Deliberate: only a plain ERROR that carries the code as its text counts, not the equipment
   // error that most devices report. Entering the PIN reads its answers the same way.
   const Answer state = Exchange(modem, "AT+CPIN?\r");
-  if (state.result == kxwan::kResultError && state.text == "10") {
-    info->bSIMNotInserted = 1;
-  }
+  if (state.result == kxwan::kResultError && state.text == "10") info->bSIMNotInserted = 1;
   Exchange(modem, "AT+CMEE=0\r");
 }
 
@@ -94,16 +90,12 @@ bool KnowsOnly3GQualityOfService(CSModem* modem) {
 
 void NameByPages(CSModem* modem, ModemInfo* info) {
   std::string page;
-  if (!Query(modem, "ATI3\r", nullptr, page)) {
-    return;
-  }
+  if (!Query(modem, "ATI3\r", nullptr, page)) return;
   if (Contains(page, "TDMA")) {
     SettleTdma(modem, info);
     return;
   }
-  if (!Contains(page, "NSW-5")) {
-    return;
-  }
+  if (!Contains(page, "NSW-5")) return;
   Query(modem, "ATI0\r", nullptr, page);
   if (Contains(page, "Nokia Mobile")) {
     SettleTdma(modem, info);

@@ -25,9 +25,7 @@ void AskFurtherForModel(CSModem* modem, std::string& model) {
     return;
   }
   Query(modem, "ATI3\r", nullptr, model);
-  if (!Contains(model, "NPW-1")) {
-    return;
-  }
+  if (!Contains(model, "NPW-1")) return;
   Query(modem, "ATI0\r", nullptr, model);
   if (Contains(model, "Nokia Mobile")) {
     model = "3360";
@@ -47,19 +45,27 @@ bool GetManufacturerString(CSModem* modem, ModemInfo* info) {
       !Query(modem, "AT+CGMI\r", "+CGMI:", manufacturer)) {
     Query(modem, "AT+FMFR?\r", nullptr, manufacturer);
   }
-  if (Contains(manufacturer, "GTRAN")) {
-    info->bIsGTRAN = 1;
-  }
+  if (Contains(manufacturer, "GTRAN")) info->bIsGTRAN = 1;
   SetField(info->szManufacturer, WithoutQuotes(manufacturer, /*removeAll=*/false));
   return true;
 }
 
 bool GetModelString(CSModem* modem, ModemInfo* info) {
   std::string model;
-  if (!AnswersWithModel(modem, model)) {
-    AskFurtherForModel(modem, model);
-  }
+  if (!AnswersWithModel(modem, model)) AskFurtherForModel(modem, model);
   SetField(info->szModel, WithoutQuotes(model, /*removeAll=*/true));
   formatModelKey(info->szModel);
   return true;
+}
+
+// Some devices answer AT+GMR with "0,0", which says nothing. The last text obtained is kept
+// whatever it holds: an application that reads "Error" knows that all three ways failed.
+void GetModemVersion(CSModem* modem, ModemInfo* info) {
+  std::string version;
+  if (!Query(modem, "AT+GMR\r", "+GMR:", version) || version == "0,0") {
+    if (!Query(modem, "AT+CGMR\r", "+CGMR:", version)) {
+      Query(modem, "ATI3\r", nullptr, version);
+    }
+  }
+  SetField(info->szVersion, WithoutQuotes(version, /*removeAll=*/true));
 }

@@ -14,3 +14,8 @@ KXWAN_API bool GetManufacturerString(CSModem* modem, ModemInfo* info);
 // 6.1.5) and, when the answer is no name, "AT+CGMM\r", "AT+FMDL?\r", "ATI3\r" and "ATI0\r" as far
 // as needed. Always true; "Error" or "Unknown" stands in the field when nothing was answered.
 KXWAN_API bool GetModelString(CSModem* modem, ModemInfo* info);
+
+// Stores the firmware's version in info->szVersion. Sends "AT+GMR\r" (V.250 6.1.6), then
+// "AT+CGMR\r" (3GPP TS 27.007 5.3) when that tells nothing, then "ATI3\r". "Error" or "Unknown"
+// stands in the field when nothing was answered.
+KXWAN_API void GetModemVersion(CSModem* modem, ModemInfo* info);

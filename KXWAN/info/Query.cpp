@@ -50,9 +50,7 @@ std::string_view ValueOf(std::string_view response, std::string_view echo, std::
       return kxwan::Trimmed(line.substr(tag.size()));
     }
     const bool asked = !line.empty() && line != echo && !CarriesName(line) && !IsCallProgress(line);
-    if (asked && unnamed.empty()) {
-      unnamed = line;
-    }
+    if (asked && unnamed.empty()) unnamed = line;
   }
   return unnamed;
 }
@@ -94,26 +92,20 @@ std::string_view TakeLine(std::string_view& text) {
 
 std::string QueryValue(CSModem* modem, const char* command, const char* tag) {
   const Answer reply = ExchangeWhileThere(modem, command);
-  if (!reply.IsOk()) {
-    return {};
-  }
+  if (!reply.IsOk()) return {};
   return std::string(ValueOf(reply.text, Trimmed(command), tag != nullptr ? tag : ""));
 }
 
 bool QueryValue(CSModem* modem, const char* command, const char* tag, CString& value) {
   const std::string found = QueryValue(modem, command, tag);
-  if (found.empty()) {
-    return false;
-  }
+  if (found.empty()) return false;
   Assign(value, found);
   return true;
 }
 
 std::string WithoutQuotes(std::string_view text, bool removeAll) {
   std::string rest(text);
-  if (!text.starts_with('"') || !text.ends_with('"')) {
-    return rest;
-  }
+  if (!text.starts_with('"') || !text.ends_with('"')) return rest;
   if (removeAll) {
     std::erase(rest, '"');
   } else {

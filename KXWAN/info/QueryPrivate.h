@@ -1,14 +1,16 @@
 #pragma once
 
 #include <KXWAN/foundation/TextPrivate.h>
+#include <KXWAN/info/Battery.h>
 #include <KXWAN/info/ModemInfo.h>
 #include <KXWAN/modem/CSModem.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
-// What the readers share.
+// What the readers share, and how they understand an answer.
 namespace kxwan {
 
 // As QueryModem, and as QueryValue, which gives an empty text for false here.
@@ -30,5 +32,12 @@ bool ReportsOnExecution(const ModemInfo& info);
 
 // Takes the first line off a text and gives it trimmed.
 std::string_view TakeLine(std::string_view& text);
+
+// The level that an answer to +CBC reports, never negative. With a maxStrength above 0 the device
+// counts from 0 to maxStrength, and the level is rescaled to percent.
+int32_t BatteryLevelOf(std::string_view answer, int32_t maxStrength);
+
+// What the value of a +CBC line tells.
+BatteryReading BatteryReadingOf(std::string_view value);
 
 }  // namespace kxwan

@@ -35,10 +35,7 @@ constexpr const char* kTexts[] = {
     "emergency calls only",
 };
 
-bool IsStateNumber(std::string_view field) {
-  return !field.empty() && field.size() <= 2 &&
-         field.find_first_not_of("0123456789") == std::string_view::npos;
-}
+bool IsStateNumber(std::string_view field) { return field.size() <= 2 && IsNumber(field); }
 
 bool IsKnown(int32_t value) {
   return value >= 0 && value < static_cast<int32_t>(std::size(kTexts));
@@ -58,9 +55,7 @@ LineKind ParseValue(std::string_view value, RegistrationState& state) {
   const std::string_view first = Trimmed(value.substr(0, comma));
   const std::string_view rest = value.substr(std::min(comma + 1, value.size()));
   const std::string_view second = Trimmed(rest.substr(0, rest.find(',')));
-  if (!IsStateNumber(first)) {
-    return LineKind::kOther;
-  }
+  if (!IsStateNumber(first)) return LineKind::kOther;
   state = StateOf(IsStateNumber(second) ? second : first);
   return IsStateNumber(second) ? LineKind::kAnswer : LineKind::kUnasked;
 }
@@ -70,15 +65,11 @@ LineKind ParseValue(std::string_view value, RegistrationState& state) {
 bool ReadRegistration(CSModem* modem, RegistrationDomain domain, RegistrationState& state) {
   const Domain& asked = kDomains[static_cast<int>(domain)];
   const Answer answer = ExchangeWhileThere(modem, asked.command);
-  if (!answer.IsOk()) {
-    return false;
-  }
+  if (!answer.IsOk()) return false;
   LineKind best = LineKind::kOther;
   for (std::string_view rest = answer.text; !rest.empty();) {
     const std::string_view line = TakeLine(rest);
-    if (line.substr(0, asked.tag.size()) != asked.tag) {
-      continue;
-    }
+    if (line.substr(0, asked.tag.size()) != asked.tag) continue;
     RegistrationState told = RegistrationState::kUnknown;
     const LineKind kind = ParseValue(line.substr(asked.tag.size()), told);
     if (kind != LineKind::kOther && kind >= best) {

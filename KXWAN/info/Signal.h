@@ -9,3 +9,9 @@
 // 27.007 8.5), or "AT+CSQ?\r" (IS-707) when dwDeviceFlags name no 3GPP device. False leaves a level
 // of 0: the device did not answer OK.
 KXWAN_API bool GetSignalLevelFromDevice(CSModem* modem, ModemInfo* info);
+
+// Stores what service the device has in info->szCoverage. A CDMA device is asked "AT+CAD?\r"
+// (IS-707): "No Service", "CDMA Digital Service", "TDMA Digital Service", "Analog Service" or
+// "Unknown Service". For other devices (bNonCDMA), and when that is not answered, it follows from
+// nSignalLevel: "Digital" from 1 on, else "Unknown".
+KXWAN_API void GetModemCoverage(CSModem* modem, ModemInfo* info);

@@ -19,9 +19,7 @@ constexpr std::string_view kUnsolicitedNames[] = {
 
 constexpr std::string_view kNameMarks = "+^$%*#!&_";
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
-bool IsNameCharacter(char c) { return (c >= 'A' && c <= 'Z') || IsDigit(c); }
+bool IsNameCharacter(char c) { return IsUpper(c) || IsDigit(c); }
 
 // The name at the begin of a text, with its mark; empty when there is none.
 std::string_view NameAt(std::string_view text) {
@@ -118,8 +116,8 @@ void Account::PutInFront(Account& others) {
 }
 
 void Account::DropAllBut(size_t newest) {
-  if (asked_.size() > newest)
-    asked_.erase(asked_.begin(), asked_.end() - static_cast<long>(newest));
+  if (asked_.size() <= newest) return;
+  asked_.erase(asked_.begin(), asked_.end() - static_cast<long>(newest));
 }
 
 bool Account::AreAllQuestions() const {
@@ -157,9 +155,7 @@ bool EndsLine(std::string_view written) {
 bool IsQuery(std::string_view command) {
   const std::string_view body = WithoutAt(command);
   if (body == "E0V1") return true;
-  if (body.starts_with('I')) {
-    return body.size() == 1 || (body.size() == 2 && IsDigit(body[1]));
-  }
+  if (body.starts_with('I')) return body.size() == 1 || (body.size() == 2 && IsDigit(body[1]));
   const std::string_view name = NameAt(body);
   const std::string_view behind = body.substr(name.size());
   return name.size() > 1 && name.front() == '+' &&
@@ -172,7 +168,7 @@ std::string NumbersIn(std::string_view text) {
     const size_t end = std::min(text.find('\n'), text.size() - 1);
     const std::string_view line = Trimmed(text.substr(0, end + 1));
     text.remove_prefix(end + 1);
-    if (line.empty() || !std::all_of(line.begin(), line.end(), IsDigit)) continue;
+    if (!IsNumber(line)) continue;
     const size_t zeros = std::min(line.find_first_not_of('0'), line.size() - 1);
     numbers.append(numbers.empty() ? "" : " ").append(line.substr(zeros));
   }

@@ -77,7 +77,7 @@ class Conversation {
   bool RefusesRegisters() const { return refusesRegisters_; }
   void NoteRefusal(bool ofRegisters) { refusesRegisters_ = ofRegisters; }
 
-  Dialogue& Account() { return dialogue_; }
+  Dialogue& Exchanges() { return dialogue_; }
   const Questions& Asked() const { return questions_; }
   Line& Port() { return line_; }
 

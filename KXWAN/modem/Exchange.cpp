@@ -1,6 +1,7 @@
-#include <KXWAN/modem/ExchangePrivate.h>
+#include <KXWAN/modem/Exchange.h>
 
 #include <KXWAN/modem/EnginePrivate.h>
+#include <KXWAN/modem/ExchangePrivate.h>
 
 namespace kxwan {
 
@@ -29,6 +30,17 @@ bool Accepts(CSModem* modem, const char* command) { return Exchange(modem, comma
 
 bool SetPortSpeed(CSModem* modem, unsigned long speed) {
   return modem->m_pEngine->line.SetSpeed(speed);
+}
+
+bool SendOnce(CSModem* modem, const char* command, unsigned long timeoutMs, int& result,
+              CString& response) {
+  ConversationOf(modem).ExchangeOnce(command, SecondsOf(timeoutMs));
+  return modem->m_pEngine->Give(result, response);
+}
+
+AnswerCounts CountAnswers(const CSModem* modem) {
+  Engine& engine = *modem->m_pEngine;
+  return {engine.unanswered, engine.conversation.Exchanges().Late()};
 }
 
 }  // namespace kxwan

@@ -1,6 +1,6 @@
+#include <KXWAN/foundation/ClockPrivate.h>
 #include <KXWAN/foundation/DebugLog.h>
 #include <KXWAN/foundation/TablePrivate.h>
-#include <KXWAN/foundation/WaitingPrivate.h>
 #include <KXWAN/modem/CSModem.h>
 #include <KXWAN/modem/ExchangePrivate.h>
 
@@ -9,11 +9,11 @@
 
 bool pcCardOpenDelayFlag = false;
 
-namespace {
-
 using kxwan::Answer;
 using kxwan::Exchange;
 using kxwan::SetPortSpeed;
+
+namespace {
 
 struct SearchedSpeed {
   unsigned long maskBit;

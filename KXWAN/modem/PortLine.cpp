@@ -1,7 +1,7 @@
 #include <KXWAN/modem/PortLinePrivate.h>
 
+#include <KXWAN/foundation/ClockPrivate.h>
 #include <KXWAN/foundation/DebugLog.h>
-#include <KXWAN/foundation/WaitingPrivate.h>
 #include <termios.h>
 
 #include <algorithm>

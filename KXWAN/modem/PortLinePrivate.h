@@ -2,7 +2,7 @@
 
 #include <KXWAN/modem/CSModem.h>
 #include <KXWAN/modem/LinePrivate.h>
-#include <KXWAN/serial/ReceivePrivate.h>
+#include <KXWAN/serial/SerialIoPrivate.h>
 
 #include <chrono>
 #include <cstdint>

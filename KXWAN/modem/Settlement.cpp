@@ -10,9 +10,9 @@ class Settlement {
  public:
   Settlement(Conversation& conversation, Seconds budget)
       : conversation_(conversation),
-        account_(conversation.Account()),
+        exchanges_(conversation.Exchanges()),
         end_(Now() + budget),
-        wasQuiet_(Now() >= account_.BusyAt() + kLongQuiet),
+        wasQuiet_(Now() >= exchanges_.BusyAt() + kLongQuiet),
         refused_(conversation.RefusesRegisters()) {}
 
   bool Run();
@@ -30,7 +30,7 @@ class Settlement {
   Seconds Now() { return conversation_.Port().Now(); }
 
   Conversation& conversation_;
-  Dialogue& account_;
+  Dialogue& exchanges_;
   const Seconds end_;
   const bool wasQuiet_;  // the line, for long
   Seconds quiet_ = 1;    // of the line behind a question that gets no answer
@@ -49,20 +49,20 @@ bool Settlement::Run() {
     ++asked_;
     if (IsAnsweredBeforeQuiet(*question)) {
       conversation_.HearUntilQuiet();
-      account_.Settled(/*butQuestions=*/false);
+      exchanges_.Settled(/*butQuestions=*/false);
       return true;
     }
     if (IsOver()) break;
   }
   if (!IsOver()) return false;
-  account_.Settled(/*butQuestions=*/IsInStep());
+  exchanges_.Settled(/*butQuestions=*/IsInStep());
   return true;
 }
 
 // A command that was sent behind the question may still be answered, and the rest of a half answer
 // would be taken for the next command's.
 bool Settlement::IsInStep() const {
-  return inStep_ && account_.OwesOnlyQuestions() && !account_.HasHalfAnswer();
+  return inStep_ && exchanges_.OwesOnlyQuestions() && !exchanges_.HasHalfAnswer();
 }
 
 // A device that refuses every question, each once and at once, behind a long silence.

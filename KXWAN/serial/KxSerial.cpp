@@ -1,23 +1,39 @@
 #include <KXWAN/serial/KxSerial.h>
 
+#include <KXWAN/foundation/ClockPrivate.h>
 #include <KXWAN/foundation/DebugLog.h>
 #include <KXWAN/foundation/TextPrivate.h>
-#include <KXWAN/foundation/WaitingPrivate.h>
-#include <KXWAN/serial/LineSpeedPrivate.h>
-#include <KXWAN/serial/PortSlots.h>
 #include <KXWAN/serial/SystemCallPrivate.h>
 #include <KXWAN/serial/TtyPrivate.h>
 #include <fcntl.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include <cctype>
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
+#include <iterator>
+#include <mutex>
 #include <new>
 
+kxwan::PortSlot portList[6];
+int32_t nextPortID = -1;
+
 namespace {
+
+std::mutex g_slotGuard;
+
+template <typename Test>
+kxwan::PortSlot* FindSlot(Test test) {
+  auto slot = std::find_if(std::begin(portList), std::end(portList), test);
+  return slot == std::end(portList) ? nullptr : slot;
+}
+
+// Compares what a slot can hold, so that a longer path is noticed too.
+bool HoldsPath(const kxwan::PortSlot& slot, const char* path) {
+  return slot.id != 0 && std::strncmp(slot.path, path, sizeof slot.path - 1) == 0;
+}
 
 // O_NONBLOCK, as an open must not wait for a carrier. O_NOCTTY, or a hang-up of the modem could end
 // the program.
@@ -40,7 +56,7 @@ struct termios RawAttributes(struct termios attributes) {
   attributes.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO | ECHOE | ISIG);
   attributes.c_cc[VMIN] = 0;
   attributes.c_cc[VTIME] = 1;
-  kxwan::SetLineSpeed(attributes, 19200);
+  kxwan::SetTtySpeed(attributes, 19200);
   return attributes;
 }
 
@@ -150,10 +166,47 @@ void KxSerial::Close() {
   fd = -1;
 }
 
+uint32_t KxSerial::AllocatePortID(const char* path) {
+  const std::lock_guard<std::mutex> lock(g_slotGuard);
+  if (nextPortID == -1) {
+    nextPortID = 0x103;
+    std::fill(std::begin(portList), std::end(portList), kxwan::PortSlot{});
+  }
+  if (FindSlot([&](const kxwan::PortSlot& slot) { return HoldsPath(slot, path); }) != nullptr) {
+    KXOutputDebug("KxSerial::AllocatePortID() - port %s is already open\n",
+                  GetDebugDevicePath(path));
+    return kxwan::kNoPortID;
+  }
+  kxwan::PortSlot* slot = FindSlot([](const kxwan::PortSlot& each) { return each.id == 0; });
+  if (slot == nullptr) {
+    KXOutputDebug("KxSerial::AllocatePortID() - no port slots available\n");
+    return kxwan::kNoPortID;
+  }
+  slot->id = static_cast<uint32_t>(++nextPortID);
+  kxwan::CopyText(slot->path, sizeof slot->path, path);
+  KXOutputDebug("KxSerial::AllocatePortID() ID:0x%X, path:%s\n", slot->id,
+                GetDebugDevicePath(path));
+  return slot->id;
+}
+
+void KxSerial::DeallocatePortID(uint32_t id) {
+  const std::lock_guard<std::mutex> lock(g_slotGuard);
+  kxwan::PortSlot* slot =
+      FindSlot([&](const kxwan::PortSlot& each) { return each.id != 0 && each.id == id; });
+  if (slot == nullptr) {
+    KXOutputDebug("KxSerial::DeallocatePortID() - ID:0x%X is not open\n", id);
+    return;
+  }
+  KXOutputDebug("KxSerial::DeallocatePortID() ID:0x%X, path:%s\n", id,
+                GetDebugDevicePath(slot->path));
+  slot->id = 0;
+  slot->path[0] = '\0';
+}
+
 char* KxSerial::GetDebugDevicePath(const char* path) {
   kxwan::CopyText(debugPath, sizeof debugPath, path);
   for (char* at = debugPath; *at != '\0'; ++at) {
-    if (std::isprint(static_cast<unsigned char>(*at)) == 0) *at = '?';
+    if (!kxwan::IsPrintable(*at)) *at = '?';
   }
   return debugPath;
 }

@@ -23,6 +23,27 @@ enum E_FLOWCONTROL : int {
   E_FLOWCONTROL_HARDWARE = 2   // RTS/CTS
 };
 
+namespace kxwan {
+
+// The identifier of a port without a slot.
+constexpr uint32_t kNoPortID = 0xFFFFFFFF;
+
+// One port that is open through any KxSerial of the process.
+struct PortSlot {
+  uint32_t id;     // 0: the slot is free
+  char path[256];  // as given to Open, cut to 255 characters
+};
+
+}  // namespace kxwan
+
+// The process-wide record of open ports, for the log and not a lock: a port beyond the sixth, or
+// one that is open already, works without a slot. Ports may be opened and closed on several
+// threads; who looks at the table itself does so while none of them is.
+extern KXWAN_API kxwan::PortSlot portList[6];
+
+// The identifier given out last; -1 before the first, which is 0x104. Never given out twice.
+extern KXWAN_API int32_t nextPortID;
+
 // One open tty. Speeds are plain bits per second. Results are 1 for success and 0 for failure where
 // nothing else is said. Failures to open, read, write or set the speed are logged with the system's
 // error. A signal is no failure: the call is made again. Only Open, Close, Read and Write look
@@ -90,7 +111,7 @@ class KXWAN_API KxSerial {
   // of this object that the next call overwrites.
   char* GetDebugDevicePath(const char* path);
 
-  // Take and give back a slot of the process-wide table of open ports. See PortSlots.h.
+  // Take and give back a slot of portList.
   uint32_t AllocatePortID(const char* path);  // 0xFFFFFFFF: already open, or no slot free
   void DeallocatePortID(uint32_t id);
 

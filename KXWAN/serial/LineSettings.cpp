@@ -1,7 +1,7 @@
 #include <KXWAN/foundation/DebugLog.h>
 #include <KXWAN/serial/KxSerial.h>
-#include <KXWAN/serial/LineSpeedPrivate.h>
 #include <KXWAN/serial/SystemCallPrivate.h>
+#include <KXWAN/serial/TtyPrivate.h>
 #include <sys/ioctl.h>
 
 #include <cerrno>
@@ -26,7 +26,7 @@ int KxSerial::SetDataFormat(unsigned long speed, E_PARITY, E_BYTESIZE, E_STOPBIT
                   std::strerror(error), error);
   } else {
     attributes = before;
-    succeeded = kxwan::SetLineSpeed(attributes, speed) == 0;
+    succeeded = kxwan::SetTtySpeed(attributes, speed) == 0;
     if (!succeeded) {
       const int error = errno;
       KXOutputDebug("KxSerial::SetDataFormat() - Error cfsetspeed - %s(%d).\n",
@@ -45,7 +45,7 @@ int KxSerial::SetDataFormat(unsigned long speed, E_PARITY, E_BYTESIZE, E_STOPBIT
 }
 
 int KxSerial::GetDataFormat(unsigned long* speed) {
-  if (kxwan::GetLineSpeed(fd, speed) == -1) {
+  if (kxwan::GetTtySpeed(fd, speed) == -1) {
     const int error = errno;
     KXOutputDebug("KxSerial::GetDataFormat() - Error getting tty attributes - %s(%d).\n",
                   std::strerror(error), error);

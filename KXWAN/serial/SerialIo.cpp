@@ -1,6 +1,7 @@
+#include <KXWAN/serial/SerialIoPrivate.h>
+
 #include <KXWAN/foundation/DebugLog.h>
 #include <KXWAN/serial/KxSerial.h>
-#include <KXWAN/serial/ReceivePrivate.h>
 #include <KXWAN/serial/SystemCallPrivate.h>
 #include <fcntl.h>
 #include <poll.h>

@@ -3,7 +3,7 @@
 #include <KXWAN/foundation/TablePrivate.h>
 #include <KXWAN/modem/ExchangePrivate.h>
 #include <KXWAN/sim/SecretPrivate.h>
-#include <KXWAN/sim/SimCard.h>
+#include <KXWAN/sim/SimState.h>
 
 #include <string_view>
 
@@ -60,8 +60,7 @@ constexpr CodeText<PinOutcome> kOutcomeTexts[] = {
 
 bool IsDigits(const char* text, size_t shortest, size_t longest) {
   const std::string_view digits = text != nullptr ? text : "";
-  return shortest <= digits.size() && digits.size() <= longest &&
-         digits.find_first_not_of("0123456789") == digits.npos;
+  return shortest <= digits.size() && digits.size() <= longest && IsNumber(digits);
 }
 
 bool SaysWrongPassword(std::string_view error) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <KXWAN/foundation/CString.h>
 #include <KXWAN/foundation/Export.h>
 
 namespace kxwan {
@@ -22,3 +23,7 @@ enum SimCode : long {
 KXWAN_API const char* DescribeSimCode(long code);
 
 }  // namespace kxwan
+
+// Turns the text of a "+CME ERROR:" report (3GPP TS 27.007 9.2) into one of them: its
+// number where the whole text is one, else its phrase. kSimOtherError for anything else.
+KXWAN_API long DecodeCMError(const CString& errorText);

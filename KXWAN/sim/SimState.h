@@ -3,19 +3,30 @@
 #include <KXWAN/foundation/Export.h>
 #include <KXWAN/modem/CSModem.h>
 
-// These give a code of SimCodes.h and set no last error. They tell only devices apart that report
-// the state as an equipment error; kxwan::ReadSimState (SimCard.h) understands ordinary replies
-// too.
+namespace kxwan {
+
+// What a card asks for.
+enum class SimState {
+  kReady,
+  kPin,         // its PIN
+  kPuk,         // its PUK and a new PIN
+  kPin2,        // PIN2; everything but a few settings works without
+  kPuk2,        // PUK2, likewise
+  kDeviceLock,  // a code that ties the device to a card or a network
+  kMissing,
+  kBusy,    // starting up; ask again
+  kFailed,  // broken, wrong or blocked for good
+  kNoAnswer,
+  kUnknown,    // the answer says nothing
+  kDeviceGone  // the line hung up
+};
 
 // Asks with "AT+CMEE=1;+CPIN?" (3GPP TS 27.007 8.3), which leaves numeric error reports switched
-// on, and where that cannot be told apart once more with "AT+CPIN?". Stores the longest PIN that
-// the card takes when a PIN or PUK is needed, else 0.
-KXWAN_API long IsPasswordRequired(CSModem* modem, long* pinLength);
+// on, and where that says nothing once more with "AT+CPIN?". Understands ordinary replies
+// ("+CPIN: SIM PIN") and equipment errors as numbers and in words.
+KXWAN_API SimState ReadSimState(CSModem* modem);
 
-// Sends one state query and gives kSimNoAnswer, the code of the equipment error that answered, or
-// kSimReady for any other answer.
-KXWAN_API long CheckSIMState(CSModem* modem, const char* command);
+// One sentence for a user. A static text.
+KXWAN_API const char* DescribeSimState(SimState state);
 
-// The longest PIN, in digits, from "AT+CPWD=?" (3GPP TS 27.007 7.5): 8 or more, or 0 when the
-// device does not tell.
-KXWAN_API long GetSIMPINLength(CSModem* modem);
+}  // namespace kxwan

@@ -1,5 +1,5 @@
-#include <KXWAN/foundation/Waiting.h>
-#include <KXWAN/foundation/WaitingPrivate.h>
+#include <KXWAN/foundation/Clock.h>
+#include <KXWAN/foundation/ClockPrivate.h>
 #include <gtest/gtest.h>
 #include <sys/time.h>
 

@@ -1,4 +1,4 @@
-#include <KXWAN/handset/PortSpeed.h>
+#include <KXWAN/handset/LineSpeed.h>
 #include <gtest/gtest.h>
 #include <tests/handset/DeviceAtSpeed.h>
 #include <tests/support/SideBySide.h>

@@ -1,6 +1,6 @@
 #include <KXWAN/handset/CHandsetPlatform.h>
 #include <KXWAN/info/Battery.h>
-#include <KXWAN/info/BatteryPrivate.h>
+#include <KXWAN/info/QueryPrivate.h>
 #include <gtest/gtest.h>
 #include <tests/support/ScriptedDevice.h>
 

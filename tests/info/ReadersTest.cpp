@@ -1,10 +1,8 @@
 #include <KXWAN/handset/CHandsetPlatform.h>
 #include <KXWAN/info/Capabilities.h>
-#include <KXWAN/info/Coverage.h>
 #include <KXWAN/info/Identity.h>
 #include <KXWAN/info/Registration.h>
 #include <KXWAN/info/Signal.h>
-#include <KXWAN/info/Version.h>
 #include <gtest/gtest.h>
 #include <tests/support/Dialogue.h>
 

@@ -125,7 +125,7 @@ bool ComesInDoubt(Talk& talk) {
   for (int i = 0; i < kMostExchanges; ++i) {
     Prepare(talk);
     talk.Exchange(kTimeout, kTries);
-    if (talk.Conversation().Account().InDoubt()) return true;
+    if (talk.Conversation().Exchanges().InDoubt()) return true;
   }
   return false;
 }

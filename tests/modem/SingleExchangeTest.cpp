@@ -1,5 +1,5 @@
 #include <KXWAN/modem/CSModem.h>
-#include <KXWAN/modem/SingleExchange.h>
+#include <KXWAN/modem/Exchange.h>
 #include <gtest/gtest.h>
 #include <tests/support/ScriptedDevice.h>
 #include <tests/support/SideBySide.h>

@@ -1,5 +1,4 @@
 #include <KXWAN/serial/KxSerial.h>
-#include <KXWAN/serial/PortSlots.h>
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <simulator/line/PseudoTerminal.h>

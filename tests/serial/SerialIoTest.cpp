@@ -1,6 +1,5 @@
 #include <KXWAN/serial/KxSerial.h>
-#include <KXWAN/serial/PortSlots.h>
-#include <KXWAN/serial/ReceivePrivate.h>
+#include <KXWAN/serial/SerialIoPrivate.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>

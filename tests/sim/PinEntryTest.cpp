@@ -1,4 +1,4 @@
-#include <KXWAN/modem/SingleExchange.h>
+#include <KXWAN/modem/Exchange.h>
 #include <KXWAN/sim/PinEntry.h>
 #include <gtest/gtest.h>
 #include <tests/support/Dialogue.h>

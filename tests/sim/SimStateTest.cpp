@@ -1,4 +1,4 @@
-#include <KXWAN/sim/SimCard.h>
+#include <KXWAN/sim/SimPin.h>
 #include <KXWAN/sim/SimState.h>
 #include <gtest/gtest.h>
 #include <tests/support/Dialogue.h>

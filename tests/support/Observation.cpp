@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <simulator/SimulatedDevice.h>
 #include <tests/support/Observation.h>
+#include <tool/kxwan/Observe.h>
 
 #include <algorithm>
 #include <iterator>
@@ -12,8 +13,6 @@ namespace {
 using kxsim::Expectation;
 using kxsim::Profile;
 using kxsim::SimulatedDevice;
-
-constexpr CHandsetPlatform kPacketData = PLATFORM_GPRS | PLATFORM_EDGE | PLATFORM_UMTS;
 
 // What a silent try may cost: the simulated line loses nothing, so that one is enough.
 constexpr uint32_t kSilenceMs = 1500;
@@ -47,33 +46,9 @@ CHandsetPlatform TypeOf(const Profile& profile, CHandsetPlatform detected) {
   return type;
 }
 
-KXModemProperties Properties(CHandsetPlatform type, const std::string& manufacturer,
-                             const std::string& model) {
-  KXModemProperties properties = {};
-  properties.dwDeviceType = type;
-  manufacturer.copy(properties.szManufacturer, sizeof properties.szManufacturer - 1);
-  model.copy(properties.szModel, sizeof properties.szModel - 1);
-  return properties;
-}
-
-void ObserveInformation(CSWirelessModem& modem, Expectation& seen) {
-  ModemInfo info = {};
-  EXPECT_TRUE(modem.GetModemData(&info));
-  modem.GetBatteryLevelFromDevice(&info);
-  seen.manufacturer = info.szManufacturer;
-  seen.model = info.szModel;
-  seen.version = info.szVersion;
-  seen.capabilities = info.szCapabilities;
-  seen.coverage = info.szCoverage;
-  seen.signal = info.nSignalLevel;
-  seen.battery = static_cast<int>(info.dwBatteryLevel);
-}
-
-void ObserveSim(const Profile& profile, CSWirelessModem& modem, Expectation& seen) {
+// Unlocks a SIM that asks for it with the profile's own PIN or PUK.
+void Unlock(const Profile& profile, CSWirelessModem& modem, const Expectation& seen) {
   const char* pin = profile.sim.pin.c_str();
-  long length = -1;
-  seen.sim = modem.IsPasswordRequired(&length);
-  seen.pinLength = static_cast<int>(length);
   if (seen.sim == kxwan::kSimPinRequired) {
     EXPECT_EQ(modem.SetPIN(pin, 0), kxwan::kSimReady);
   } else if (seen.sim == kxwan::kSimPukRequired) {
@@ -81,19 +56,8 @@ void ObserveSim(const Profile& profile, CSWirelessModem& modem, Expectation& see
   } else {
     return;
   }
+  long length = 0;
   EXPECT_EQ(modem.IsPasswordRequired(&length), kxwan::kSimReady);
-}
-
-void ObservePreparation(CHandsetPlatform type, CSWirelessModem& modem, Expectation& seen) {
-  KXModemProperties properties = Properties(type, *seen.manufacturer, *seen.model);
-  const bool prepared = modem.PrepareDeviceForConnection(&properties, "internet");
-  seen.lastError = static_cast<int>(CSWirelessModem::GetLastModemError());
-  EXPECT_EQ(prepared, seen.lastError == kxwan::kNoConnectError);
-  if ((type & kPacketData) == 0) return;
-  char number[16] = "";
-  CSWirelessModem::GetGPRSDialedNumber(properties.szManufacturer, properties.szModel, number,
-                                       sizeof number);
-  seen.dial = number;
 }
 
 }  // namespace
@@ -104,7 +68,7 @@ void ObserveOpening(const Profile& profile, Expectation& seen) {
   CSModem modem;
   ExpectSilence(modem);
   KXModemProperties properties =
-      Properties(0, expect.manufacturer.value_or(""), expect.model.value_or(""));
+      kxtool::PropertiesOf(0, expect.manufacturer.value_or(""), expect.model.value_or(""));
   const int answers = expect.baud.value_or(profile.line.baud);
   const auto speed = static_cast<unsigned long>(expect.openBaud.value_or(answers));
   seen.opens = modem.OpenDeviceFast(device.Path().c_str(), MaskFor(answers), speed) &&
@@ -117,19 +81,22 @@ void ObserveUse(const Profile& profile, Expectation& seen) {
   CSWirelessModem modem;
   if (!modem.Open(device.Path().c_str())) return;
   ExpectSilence(*modem.m_pModem);
-  unsigned long speed = 0;
-  const CHandsetPlatform platform = modem.DetectModem(speed);
-  seen.platform = GetModemProtocolTypeAsString(platform);
-  seen.baud = static_cast<int>(speed);
+  kxtool::Observation observation{seen};
+  kxtool::ObserveSpeed(modem, observation);
 
   ExpectAnswers(*modem.m_pModem);
-  ObserveInformation(modem, seen);
-  ObserveSim(profile, modem, seen);
+  EXPECT_TRUE(kxtool::ObserveInformation(modem, observation));
+  kxtool::ObserveBattery(modem, observation);
+  kxtool::ObserveSim(modem, observation);
+  Unlock(profile, modem, seen);
 
   ExpectSilence(*modem.m_pModem);
-  modem.DetectModemBaudRate(platform, speed);
-  seen.fastBaud = static_cast<int>(speed);
+  kxtool::ObserveFastSpeed(modem, observation);
   device.ClearCommands();
-  ObservePreparation(TypeOf(profile, platform), modem, seen);
+  const ModemInfo& info = observation.info;
+  const KXModemProperties properties = kxtool::PropertiesOf(TypeOf(profile, observation.platform),
+                                                            info.szManufacturer, info.szModel);
+  const bool prepared = kxtool::ObservePreparation(modem, properties, observation);
+  EXPECT_EQ(prepared, seen.lastError == kxwan::kNoConnectError);
   seen.prepare = device.Commands();
 }

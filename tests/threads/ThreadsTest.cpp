@@ -2,7 +2,7 @@
 // threads.
 #include <KXWAN/KXWAN.h>
 #include <KXWAN/foundation/DebugLogPrivate.h>
-#include <KXWAN/serial/PortSlots.h>
+#include <KXWAN/serial/KxSerial.h>
 #include <gtest/gtest.h>
 #include <simulator/SimulatedDevice.h>
 #include <simulator/line/PseudoTerminal.h>

@@ -1,21 +1,24 @@
 #include <tool/kxwan/DemoSteps.h>
 
-#include <optional>
-
 #include <tool/kxwan/PortCheck.h>
 #include <tool/kxwan/Text.h>
+
+#include <optional>
 
 namespace kxtool {
 namespace {
 
+std::string TextOf(const std::string& text) { return text; }
+std::string TextOf(int number) { return std::to_string(number); }
+
 // What is wrong with a value; nothing when it is as expected or nothing is.
-std::string Differs(const std::optional<std::string>& expected, const std::string& got) {
-  return !expected || *expected == got ? "" : "expected " + *expected + ", got " + got;
+template <typename Value>
+std::string Differs(const std::optional<Value>& expected, const std::optional<Value>& seen) {
+  if (!expected || !seen || *expected == *seen) return "";
+  return "expected " + TextOf(*expected) + ", got " + TextOf(*seen);
 }
 
-std::string Differs(const std::optional<int>& expected, long got) {
-  return expected ? Differs(std::to_string(*expected), std::to_string(got)) : "";
-}
+std::string SpeedText(unsigned long speed) { return std::to_string(speed) + " bit/s"; }
 
 StepOutcome Open(Demonstration& demonstration) {
   const Result failure = demonstration.port.Open();
@@ -26,22 +29,26 @@ StepOutcome Open(Demonstration& demonstration) {
 }
 
 StepOutcome FindItsSpeed(Demonstration& demonstration) {
-  Identity& identity = demonstration.identity;
-  identity.platform = demonstration.port.Device().DetectModem(identity.speed);
-  return {std::to_string(identity.speed) + " bit/s",
-          Differs(demonstration.profile.expect.baud, static_cast<long>(identity.speed))};
+  Observation& observed = demonstration.observed;
+  ObserveSpeed(demonstration.port.Device(), observed);
+  return {SpeedText(observed.speed),
+          Differs(demonstration.profile.expect.baud, observed.seen.baud)};
 }
 
 StepOutcome IdentifyIt(Demonstration& demonstration) {
   Identity& identity = demonstration.identity;
   const kxsim::Expectation& expect = demonstration.profile.expect;
+  kxsim::Expectation& seen = demonstration.observed.seen;
   ReadNames(demonstration.port, identity);
-  const std::string platform = PlatformNames(identity.platform);
-  return {identity.manufacturer + " " + identity.model + " (" + platform + ")",
-          Joined({Differs(expect.platform, platform),
-                  Differs(expect.manufacturer, identity.manufacturer),
-                  Differs(expect.model, identity.model)},
-                 "; ")};
+  identity.platform = demonstration.observed.platform;
+  identity.speed = demonstration.observed.speed;
+  seen.manufacturer = identity.manufacturer;
+  seen.model = identity.model;
+  return {
+      identity.manufacturer + " " + identity.model + " (" + *seen.platform + ")",
+      Joined({Differs(expect.platform, seen.platform),
+              Differs(expect.manufacturer, seen.manufacturer), Differs(expect.model, seen.model)},
+             "; ")};
 }
 
 StepOutcome ReadItsSim(Demonstration& demonstration) {
@@ -62,42 +69,45 @@ StepOutcome Unlock(Demonstration& demonstration) {
 }
 
 StepOutcome RaiseSpeed(Demonstration& demonstration) {
-  Identity& identity = demonstration.identity;
-  const unsigned long before = identity.speed;
-  demonstration.port.Device().DetectModemBaudRate(identity.platform, identity.speed);
-  return {std::to_string(before) + " to " + std::to_string(identity.speed) + " bit/s",
-          Differs(demonstration.profile.expect.fastBaud, static_cast<long>(identity.speed))};
+  Observation& observed = demonstration.observed;
+  const unsigned long before = observed.speed;
+  ObserveFastSpeed(demonstration.port.Device(), observed);
+  return {std::to_string(before) + " to " + SpeedText(observed.speed),
+          Differs(demonstration.profile.expect.fastBaud, observed.seen.fastBaud)};
 }
 
 StepOutcome Prepare(Demonstration& demonstration) {
-  KXModemProperties properties = demonstration.identity.Properties();
-  if (!demonstration.port.Device().PrepareDeviceForConnection(&properties, "internet")) {
-    return {"", kxwan::DescribeConnectError(GetLastModemError())};
+  const Identity& identity = demonstration.identity;
+  Observation& observed = demonstration.observed;
+  if (!ObservePreparation(demonstration.port.Device(), identity.Properties(), observed)) {
+    return {"", kxwan::DescribeConnectError(static_cast<unsigned long>(*observed.seen.lastError))};
   }
-  const std::string number = NumberToDial(demonstration.identity);
-  const bool isOwn = !DialsAsCdma(demonstration.identity.platform);
-  return {"dial " + number, isOwn ? Differs(demonstration.profile.expect.dial, number) : ""};
+  const bool isOwn = !DialsAsCdma(identity.platform);
+  return {"dial " + NumberToDial(identity),
+          isOwn ? Differs(demonstration.profile.expect.dial, observed.seen.dial) : ""};
 }
 
 StepOutcome ReadInformation(Demonstration& demonstration) {
-  ModemInfo& info = demonstration.info;
-  if (!demonstration.port.Device().GetModemData(&info)) return {"", "the device is silent"};
   const kxsim::Expectation& expect = demonstration.profile.expect;
-  return {
-      std::string(info.szCapabilities) + ", " + info.szCoverage + ", signal " +
-          std::to_string(info.nSignalLevel) + " %, version " + info.szVersion,
-      Joined({Differs(expect.capabilities, info.szCapabilities),
-              Differs(expect.coverage, info.szCoverage), Differs(expect.signal, info.nSignalLevel),
-              Differs(expect.version, info.szVersion)},
-             "; ")};
+  const kxsim::Expectation& seen = demonstration.observed.seen;
+  if (!ObserveInformation(demonstration.port.Device(), demonstration.observed)) {
+    return {"", "the device is silent"};
+  }
+  return {*seen.capabilities + ", " + *seen.coverage + ", signal " + std::to_string(*seen.signal) +
+              " %, version " + *seen.version,
+          Joined({Differs(expect.capabilities, seen.capabilities),
+                  Differs(expect.coverage, seen.coverage), Differs(expect.signal, seen.signal),
+                  Differs(expect.version, seen.version)},
+                 "; ")};
 }
 
 StepOutcome ReadItsBattery(Demonstration& demonstration) {
-  ModemInfo& info = demonstration.info;
-  if (!demonstration.port.Device().GetBatteryLevelFromDevice(&info))
+  const kxsim::Expectation& seen = demonstration.observed.seen;
+  if (!ObserveBattery(demonstration.port.Device(), demonstration.observed)) {
     return {"", "it tells nothing"};
-  return {std::to_string(info.dwBatteryLevel) + " %",
-          Differs(demonstration.profile.expect.battery, info.dwBatteryLevel)};
+  }
+  return {std::to_string(*seen.battery) + " %",
+          Differs(demonstration.profile.expect.battery, seen.battery)};
 }
 
 StepOutcome SendCommand(Demonstration& demonstration) {

@@ -1,20 +1,21 @@
 #pragma once
 
 #include <profile/Profile.h>
+#include <tool/kxwan/Device.h>
+#include <tool/kxwan/Observe.h>
+#include <tool/kxwan/Port.h>
 
 #include <string>
-
-#include <tool/kxwan/Device.h>
-#include <tool/kxwan/Port.h>
 
 namespace kxtool {
 
 // One simulated device on its way through the demonstration.
 struct Demonstration {
   Port port;
-  kxsim::Profile profile;  // what it is, and in its expectation what must come of each step
-  Identity identity;
-  ModemInfo info = {};
+  kxsim::Profile profile = {};  // what it is, and in its expectation what must come of each step
+  Identity identity = {};
+  kxsim::Expectation seen = {};
+  Observation observed = {seen};
 };
 
 // What a step found, and what is wrong with that; nothing when it is as it should be.

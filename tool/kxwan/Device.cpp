@@ -1,12 +1,12 @@
 #include <tool/kxwan/Device.h>
 
-#include <algorithm>
-#include <cstring>
-#include <iterator>
-
+#include <tool/kxwan/Observe.h>
 #include <tool/kxwan/Progress.h>
 #include <tool/kxwan/Reading.h>
 #include <tool/kxwan/Text.h>
+
+#include <algorithm>
+#include <iterator>
 
 namespace kxtool {
 namespace {
@@ -29,20 +29,11 @@ bool FindSpeedPatiently(Port& port, unsigned long& speed) {
   });
 }
 
-void CopyField(char (&field)[64], const std::string& text) {
-  const size_t length = std::min(text.size(), sizeof field - 1);
-  std::memcpy(field, text.data(), length);
-  field[length] = '\0';
-}
-
 }  // namespace
 
 KXModemProperties Identity::Properties() const {
-  KXModemProperties properties = {};
-  properties.dwDeviceType = platform;
+  KXModemProperties properties = PropertiesOf(platform, manufacturer, model);
   properties.dwBaudRate = static_cast<uint32_t>(speed);
-  CopyField(properties.szManufacturer, manufacturer);
-  CopyField(properties.szModel, model);
   return properties;
 }
 

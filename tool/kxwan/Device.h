@@ -1,12 +1,11 @@
 #pragma once
 
 #include <KXWAN/KXWAN.h>
-
-#include <string>
-
+#include <tool/kxwan/Failure.h>
 #include <tool/kxwan/Port.h>
 #include <tool/kxwan/Report.h>
-#include <tool/kxwan/Result.h>
+
+#include <string>
 
 namespace kxtool {
 

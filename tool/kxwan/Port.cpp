@@ -1,12 +1,13 @@
 #include <tool/kxwan/Port.h>
 
 #include <profile/BuiltInProfiles.h>
+#include <profile/Profile.h>
+#include <simulator/SimulatedDevice.h>
+#include <tool/kxwan/PortCheck.h>
+#include <tool/kxwan/Text.h>
 
 #include <algorithm>
 #include <string_view>
-
-#include <tool/kxwan/PortCheck.h>
-#include <tool/kxwan/Text.h>
 
 namespace kxtool {
 namespace {
@@ -22,6 +23,10 @@ std::vector<std::string> SimulatedNames() {
   }
   return names;
 }
+
+Port::Port(std::string name) : name_(std::move(name)) {}
+
+Port::~Port() { Close(); }
 
 Result Port::Load(const std::string& profileName, kxsim::Profile& profile) const {
   const std::vector<std::string> names = SimulatedNames();

@@ -1,14 +1,16 @@
 #pragma once
 
 #include <KXWAN/KXWAN.h>
-#include <profile/Profile.h>
-#include <simulator/SimulatedDevice.h>
+#include <tool/kxwan/Failure.h>
 
 #include <memory>
 #include <string>
 #include <vector>
 
-#include <tool/kxwan/Result.h>
+namespace kxsim {
+struct Profile;
+class SimulatedDevice;
+}  // namespace kxsim
 
 namespace kxtool {
 
@@ -16,8 +18,8 @@ namespace kxtool {
 // it.
 class Port {
  public:
-  explicit Port(std::string name) : name_(std::move(name)) {}
-  ~Port() { Close(); }
+  explicit Port(std::string name);
+  ~Port();  // closes
   Port(const Port&) = delete;
   Port& operator=(const Port&) = delete;
 

@@ -5,6 +5,7 @@
 #include <grp.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <tool/kxwan/Text.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -13,8 +14,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-
-#include <tool/kxwan/Text.h>
 
 namespace kxtool {
 namespace {
@@ -162,7 +161,7 @@ const char* PortStateName(PortState state) { return RowOf(state).name; }
 
 Failure PortFailure(const std::string& path, const PortCheck& check) {
   const StateRow& row = RowOf(check.state);
-  return {row.exitStatus, Filled(row.sentence, path, check.detail)};
+  return {Filled(row.sentence, path, check.detail), row.exitStatus};
 }
 
 std::vector<ListedPort> ListPorts() {

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <tool/kxwan/Failure.h>
+
 #include <string>
 #include <vector>
-
-#include <tool/kxwan/Result.h>
 
 namespace kxtool {
 

@@ -1,13 +1,12 @@
 #pragma once
 
 #include <KXWAN/KXWAN.h>
+#include <tool/kxwan/Failure.h>
+#include <tool/kxwan/Port.h>
+#include <tool/kxwan/Report.h>
 
 #include <cstdint>
 #include <functional>
-
-#include <tool/kxwan/Port.h>
-#include <tool/kxwan/Report.h>
-#include <tool/kxwan/Result.h>
 
 namespace kxtool {
 

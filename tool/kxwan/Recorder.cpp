@@ -1,8 +1,9 @@
 #include <tool/kxwan/Recorder.h>
 
 #include <recording/Anonymiser.h>
-
+#include <simulator/SimulatedDevice.h>
 #include <tool/kxwan/Device.h>
+#include <tool/kxwan/Observe.h>
 #include <tool/kxwan/PrivateText.h>
 #include <tool/kxwan/Progress.h>
 #include <tool/kxwan/Reading.h>
@@ -107,21 +108,16 @@ void ReplaceNumbers(Recording& recording) {
 
 // What comes of raising the speed and of preparing a call. Where the recording is silent one short
 // try is enough: it is never late.
-void ExpectCall(Port& port, const Identity& identity, kxsim::Expectation& expect) {
+void ObserveCall(Port& port, Observation& observation) {
   port.Modem()->m_nRetries = 1;
   port.Modem()->m_dwResponseTimeout = 1000;
-  unsigned long speed = identity.speed;
-  port.Device().DetectModemBaudRate(identity.platform, speed);
-  expect.fastBaud = static_cast<int>(speed);
-
+  ObserveFastSpeed(port.Device(), observation);
   port.Simulated()->ClearCommands();
-  KXModemProperties properties = identity.Properties();
-  port.Device().PrepareDeviceForConnection(&properties, "internet");
-  expect.prepare = port.Simulated()->Commands();
-  expect.lastError = static_cast<int>(GetLastModemError());
-  if ((identity.platform & (PLATFORM_GPRS | PLATFORM_EDGE | PLATFORM_UMTS)) != 0) {
-    expect.dial = NumberToDial(identity);
-  }
+  const ModemInfo& info = observation.info;
+  ObservePreparation(port.Device(),
+                     PropertiesOf(observation.platform, info.szManufacturer, info.szModel),
+                     observation);
+  observation.seen.prepare = port.Simulated()->Commands();
 }
 
 }  // namespace
@@ -148,31 +144,17 @@ Result RecordDevice(Port& port, const Report& report, Recording& recording) {
 Result RecordExpectation(kxsim::Profile& profile) {
   Port port("the recording");
   if (Result failure = port.Open(profile)) return failure;
-  Identity identity;
-  identity.speed = static_cast<unsigned long>(profile.line.baud);
-  ModemInfo info = {};
-  if (!DetectWirelessPhone(port.Modem(), identity.speed, identity.platform) ||
-      !port.Device().GetModemData(&info)) {
+  const auto speed = static_cast<unsigned long>(profile.line.baud);
+  CHandsetPlatform platform = PLATFORM_UNKNOWN;
+  Observation observation{profile.expect};
+  if (!DetectWirelessPhone(port.Modem(), speed, platform) ||
+      !ObserveInformation(port.Device(), observation)) {
     return DeviceFailed("The recording does not answer like the device.");
   }
-  identity.platform = kxwan::CorrectPlatform(port.Modem(), identity.platform);
-  ReadNames(port, identity);
-  port.Device().GetBatteryLevelFromDevice(&info);
-  long pinLength = 0;
-
-  kxsim::Expectation& expect = profile.expect;
-  expect.platform = PlatformNames(identity.platform);
-  expect.baud = profile.line.baud;
-  expect.manufacturer = info.szManufacturer;
-  expect.model = info.szModel;
-  expect.capabilities = info.szCapabilities;
-  expect.coverage = info.szCoverage;
-  expect.version = info.szVersion;
-  expect.signal = info.nSignalLevel;
-  expect.battery = static_cast<int>(info.dwBatteryLevel);
-  expect.sim = port.Device().IsPasswordRequired(&pinLength);
-  expect.pinLength = static_cast<int>(pinLength);
-  ExpectCall(port, identity, expect);
+  TakeSpeed(kxwan::CorrectPlatform(port.Modem(), platform), speed, observation);
+  ObserveBattery(port.Device(), observation);
+  ObserveSim(port.Device(), observation);
+  ObserveCall(port, observation);
   return {};
 }
 

@@ -1,13 +1,12 @@
 #pragma once
 
 #include <profile/Profile.h>
+#include <tool/kxwan/Failure.h>
+#include <tool/kxwan/Port.h>
+#include <tool/kxwan/Report.h>
 
 #include <set>
 #include <string>
-
-#include <tool/kxwan/Port.h>
-#include <tool/kxwan/Report.h>
-#include <tool/kxwan/Result.h>
 
 namespace kxtool {
 

@@ -3,14 +3,13 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <termios.h>
+#include <tool/kxwan/Text.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <charconv>
 #include <cstdio>
 #include <cstring>
-
-#include <tool/kxwan/Text.h>
 
 namespace kxtool {
 namespace {

@@ -23,7 +23,7 @@ std::string_view Trimmed(std::string_view text) {
 std::string Printable(std::string_view text) {
   std::string printable;
   for (const char c : text) {
-    if (c >= ' ' && c <= '~') {
+    if (IsPrintable(c)) {
       printable += c;
     } else {
       printable += Escaped(c);

@@ -6,6 +6,9 @@
 
 namespace kxtool {
 
+// Whether a character is printable ASCII.
+constexpr bool IsPrintable(char c) { return c >= ' ' && c <= '~'; }
+
 // The text as it may go to a terminal: everything but printable ASCII is written as "\r", "\n",
 // "\t" or "\x1B", so that no device can move the cursor or retitle a window.
 std::string Printable(std::string_view text);

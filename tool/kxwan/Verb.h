@@ -1,14 +1,12 @@
 #pragma once
 
-#include <string>
-#include <vector>
-
+#include <tool/kxwan/Failure.h>
 #include <tool/kxwan/Report.h>
-#include <tool/kxwan/Result.h>
 
-namespace CLI {
-class App;
-}
+#include <span>
+#include <string>
+#include <variant>
+#include <vector>
 
 namespace kxtool {
 
@@ -27,12 +25,35 @@ struct Options {
   bool force = false;
 };
 
+// One thing that can be said: "--name", or an argument without a name.
+struct Option {
+  using Place = std::variant<std::string Options::*, std::vector<std::string> Options::*,
+                             int Options::*, unsigned long Options::*, bool Options::*>;
+
+  const char* name;
+  Place place;
+  const char* help;
+  bool required = false;
+  std::string (*check)(const std::string& text) = nullptr;  // what is wrong with it, "" for nothing
+  const char* oneOf = "";                                   // "this, that"; "" for any
+  bool aboveZero = false;                                   // a number
+  int most = 0;  // of a number from 1 on, whose default is told; 0 for any
+};
+
+// The PORT that most verbs begin with.
+inline constexpr Option kPort = {
+    .name = "PORT",
+    .place = &Options::port,
+    .help = "path of a serial port, or sim:NAME or sim:FILE.toml for a simulated device",
+    .required = true};
+inline constexpr Option kPortAlone[] = {kPort};
+
 // One verb of the program.
 struct Verb {
   const char* name;
   const char* summary;
   const char* example;
-  void (*addOptions)(CLI::App& app, Options& options);
+  std::span<const Option> options;
   Result (*run)(const Options& options, Report& report);
 };
 
@@ -45,8 +66,5 @@ extern const Verb kSimVerb;
 extern const Verb kSpeedVerb;
 extern const Verb kRecordVerb;
 extern const Verb kDemoVerb;
-
-// The PORT that most verbs begin with.
-void AddPort(CLI::App& app, Options& options);
 
 }  // namespace kxtool

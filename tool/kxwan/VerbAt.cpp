@@ -1,31 +1,34 @@
-#include <CLI/CLI.hpp>
-#include <algorithm>
-
 #include <tool/kxwan/Device.h>
 #include <tool/kxwan/Reading.h>
 #include <tool/kxwan/Text.h>
 #include <tool/kxwan/Verb.h>
 
+#include <algorithm>
+
 namespace kxtool {
 namespace {
 
 std::string CheckCommand(const std::string& command) {
-  const bool isText =
-      std::all_of(command.begin(), command.end(), [](char c) { return c >= ' ' && c <= '~'; });
+  const bool isText = std::all_of(command.begin(), command.end(), IsPrintable);
   return isText && !command.empty() ? "" : "is no command: printable ASCII without a line end";
 }
 
-void AddOptions(CLI::App& app, Options& options) {
-  AddPort(app, options);
-  app.add_option("COMMAND", options.commands, "an AT command, such as AT+CSQ")
-      ->required()
-      ->check(CheckCommand);
-  app.add_option("--timeout", options.timeoutSeconds, "seconds to wait for each answer")
-      ->check(CLI::Range(1, 3600))
-      ->capture_default_str();
-  app.add_option("--speed", options.speed, "bit/s at which the device answers; else it is found")
-      ->check(CLI::PositiveNumber);
-}
+constexpr Option kOptions[] = {
+    kPort,
+    {.name = "COMMAND",
+     .place = &Options::commands,
+     .help = "an AT command, such as AT+CSQ",
+     .required = true,
+     .check = CheckCommand},
+    {.name = "--timeout",
+     .place = &Options::timeoutSeconds,
+     .help = "seconds to wait for each answer",
+     .most = 3600},
+    {.name = "--speed",
+     .place = &Options::speed,
+     .help = "bit/s at which the device answers; else it is found",
+     .aboveZero = true},
+};
 
 Result SetSpeed(Port& port, const Options& options, const Report& report, unsigned long& speed) {
   speed = options.speed;
@@ -74,6 +77,6 @@ Result Run(const Options& options, Report& report) {
 }  // namespace
 
 const Verb kAtVerb = {"at", "Send AT commands, each once, and show the answers",
-                      "kxwan at /dev/ttyUSB0 AT+CSQ AT+COPS?", AddOptions, Run};
+                      "kxwan at /dev/ttyUSB0 AT+CSQ AT+COPS?", kOptions, Run};
 
 }  // namespace kxtool

@@ -1,14 +1,13 @@
 #include <KXWAN/KXWAN.h>
-
-#include <chrono>
-#include <cstdio>
-#include <iterator>
-
 #include <tool/kxwan/DemoSteps.h>
 #include <tool/kxwan/PortCheck.h>
 #include <tool/kxwan/Progress.h>
 #include <tool/kxwan/Text.h>
 #include <tool/kxwan/Verb.h>
+
+#include <chrono>
+#include <cstdio>
+#include <iterator>
 
 namespace kxtool {
 namespace {
@@ -34,18 +33,18 @@ bool RunStep(const Step& step, Demonstration& demonstration, Report& report) {
   }
   const std::chrono::duration<double, std::milli> passed = Clock::now() - start;
   const bool isGood = outcome.fault.empty();
-  Json element = {{"device", demonstration.profile.name},
-                  {"step", step.name},
-                  {"ok", isGood},
-                  {"found", outcome.found},
-                  {"milliseconds", passed.count()}};
-  if (!isGood) element["fault"] = outcome.fault;
+  Element element = {{"device", demonstration.profile.name},
+                     {"step", step.name},
+                     {"ok", isGood},
+                     {"found", outcome.found},
+                     {"milliseconds", passed.count()}};
+  if (!isGood) element.emplace_back("fault", outcome.fault);
   report.Item("steps", element, StepLine(step, outcome, passed.count()));
   return isGood;
 }
 
 Result Demonstrate(const std::string& name, Report& report) {
-  Demonstration demonstration{Port("sim:" + name), {}, {}, {}};
+  Demonstration demonstration{.port = Port("sim:" + name)};
   std::string error;
   if (!kxsim::LoadProfile(name, demonstration.profile, error)) return WrongCall(error);
   report.Line(name + ": " + demonstration.profile.description);
@@ -84,7 +83,7 @@ Result Run(const Options&, Report& report) {
 
 }  // namespace
 
-const Verb kDemoVerb = {"demo", "Show the whole road with simulated devices", "kxwan demo", nullptr,
-                        Run};
+const Verb kDemoVerb = {
+    "demo", "Show the whole road with simulated devices", "kxwan demo", {}, Run};
 
 }  // namespace kxtool

@@ -22,6 +22,6 @@ Result Run(const Options& options, Report& report) {
 }  // namespace
 
 const Verb kDetectVerb = {"detect", "Find a device's speed and tell what it is",
-                          "kxwan detect /dev/ttyUSB0", AddPort, Run};
+                          "kxwan detect /dev/ttyUSB0", kPortAlone, Run};
 
 }  // namespace kxtool

@@ -1,9 +1,9 @@
-#include <string_view>
-
 #include <tool/kxwan/Device.h>
 #include <tool/kxwan/Progress.h>
 #include <tool/kxwan/Reading.h>
 #include <tool/kxwan/Verb.h>
+
+#include <string_view>
 
 namespace kxtool {
 namespace {
@@ -23,13 +23,13 @@ constexpr InfoText kTexts[] = {
 };
 
 // Nothing where the device does not say.
-Json Told(int32_t value) { return value < 0 ? Json(nullptr) : Json(value); }
+Value Told(int32_t value) { return value < 0 ? Value(nullptr) : Value(value); }
 
 // What the readers of a record write where they were told nothing. A device that refuses to tell is
 // shown as they put it, but silence is no value.
-Json TextTold(std::string_view text, bool silent) {
+Value TextTold(std::string_view text, bool silent) {
   const bool nothing = text == "Error" || text == "Unknown";
-  return silent && nothing ? Json(nullptr) : Json(text);
+  return silent && nothing ? Value(nullptr) : Value(text);
 }
 
 struct Registration {
@@ -122,6 +122,6 @@ Result Run(const Options& options, Report& report) {
 }  // namespace
 
 const Verb kInfoVerb = {"info", "Read everything that a device tells about itself",
-                        "kxwan info /dev/ttyUSB0 --json", AddPort, Run};
+                        "kxwan info /dev/ttyUSB0 --json", kPortAlone, Run};
 
 }  // namespace kxtool

@@ -9,15 +9,15 @@ void ShowPort(const ListedPort& port, Report& report) {
   const PortCheck check = CheckPort(port.path);
   const std::string state = PortStateName(check.state);
   const bool isFree = check.state == PortState::kFree;
-  Json row = {{"name", port.name}, {"path", port.path}, {"state", state}};
-  if (!isFree) row["hint"] = PortFailure(port.path, check).sentence;
-  std::string line = Printable(port.name) + "  " + Printable(port.path) + "  " + state;
-  if (!isFree) line += ": " + row["hint"].get<std::string>();
-  report.Item("ports", row, line);
+  const std::string hint = isFree ? "" : PortFailure(port.path, check).sentence;
+  Element row = {{"name", port.name}, {"path", port.path}, {"state", state}};
+  if (!isFree) row.emplace_back("hint", hint);
+  const std::string line = Printable(port.name) + "  " + Printable(port.path) + "  " + state;
+  report.Item("ports", row, isFree ? line : line + ": " + hint);
 }
 
 Result Run(const Options&, Report& report) {
-  report.Data("ports", Json::array());
+  report.Data("ports", std::vector<std::string>());
   const std::vector<ListedPort> ports = ListPorts();
   for (const ListedPort& port : ports) ShowPort(port, report);
   if (ports.empty()) {
@@ -30,7 +30,7 @@ Result Run(const Options&, Report& report) {
 
 }  // namespace
 
-const Verb kPortsVerb = {"ports", "List the serial ports and whether they can be opened",
-                         "kxwan ports", nullptr, Run};
+const Verb kPortsVerb = {
+    "ports", "List the serial ports and whether they can be opened", "kxwan ports", {}, Run};
 
 }  // namespace kxtool

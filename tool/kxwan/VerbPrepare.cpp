@@ -1,5 +1,3 @@
-#include <CLI/CLI.hpp>
-
 #include <tool/kxwan/Device.h>
 #include <tool/kxwan/Progress.h>
 #include <tool/kxwan/Reading.h>
@@ -36,15 +34,17 @@ std::string CheckTypes(const std::string& names) {
   return "";
 }
 
-void AddOptions(CLI::App& app, Options& options) {
-  AddPort(app, options);
-  app.add_option("--apn", options.apn,
-                 "access point name of the network; GPRS, EDGE and UMTS devices need one")
-      ->check(CheckApn);
-  app.add_option("--type", options.types,
-                 "what the device is, such as \"GPRS, EDGE\"; else it is found out")
-      ->check(CheckTypes);
-}
+constexpr Option kOptions[] = {
+    kPort,
+    {.name = "--apn",
+     .place = &Options::apn,
+     .help = "access point name of the network; GPRS, EDGE and UMTS devices need one",
+     .check = CheckApn},
+    {.name = "--type",
+     .place = &Options::types,
+     .help = "what the device is, such as \"GPRS, EDGE\"; else it is found out",
+     .check = CheckTypes},
+};
 
 Result Prepare(Port& port, Identity& identity, const Options& options, Report& report) {
   KXModemProperties properties = identity.Properties();
@@ -87,6 +87,6 @@ Result Run(const Options& options, Report& report) {
 }  // namespace
 
 const Verb kPrepareVerb = {"prepare", "Ready a device for a data call and tell what to dial",
-                           "kxwan prepare /dev/ttyUSB0 --apn internet", AddOptions, Run};
+                           "kxwan prepare /dev/ttyUSB0 --apn internet", kOptions, Run};
 
 }  // namespace kxtool

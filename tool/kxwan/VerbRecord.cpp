@@ -1,24 +1,25 @@
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <tool/kxwan/Recorder.h>
+#include <tool/kxwan/Text.h>
+#include <tool/kxwan/Verb.h>
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 
-#include <tool/kxwan/Recorder.h>
-#include <tool/kxwan/Text.h>
-#include <tool/kxwan/Verb.h>
-
 namespace kxtool {
 namespace {
 
-void AddOptions(CLI::App& app, Options& options) {
-  AddPort(app, options);
-  app.add_option("PROFILE", options.file, "file to write, such as my-card.toml")->required();
-  app.add_flag("--force", options.force, "overwrite the file");
-}
+constexpr Option kOptions[] = {
+    kPort,
+    {.name = "PROFILE",
+     .place = &Options::file,
+     .help = "file to write, such as my-card.toml",
+     .required = true},
+    {.name = "--force", .place = &Options::force, .help = "overwrite the file"},
+};
 
 Failure CannotWrite(const std::string& file) {
   return WrongCall("The file " + Printable(file) + " cannot be written: " + std::strerror(errno) +
@@ -93,6 +94,6 @@ Result Run(const Options& options, Report& report) {
 }  // namespace
 
 const Verb kRecordVerb = {"record", "Write a device down as a profile for a bug report",
-                          "kxwan record /dev/ttyUSB0 my-card.toml", AddOptions, Run};
+                          "kxwan record /dev/ttyUSB0 my-card.toml", kOptions, Run};
 
 }  // namespace kxtool

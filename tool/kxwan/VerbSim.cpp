@@ -1,12 +1,11 @@
-#include <CLI/CLI.hpp>
-#include <algorithm>
-#include <iterator>
-
 #include <tool/kxwan/Device.h>
 #include <tool/kxwan/Progress.h>
 #include <tool/kxwan/Reading.h>
 #include <tool/kxwan/Secret.h>
 #include <tool/kxwan/Verb.h>
+
+#include <algorithm>
+#include <iterator>
 
 namespace kxtool {
 namespace {
@@ -113,7 +112,7 @@ Result ShowPinLength(Port& port, Report& report) {
   long length = 0;
   const Reading reading = ReadInTime(port, [&] { length = GetSIMPINLength(port.Modem()); });
   if (reading.failure) return reading.failure;
-  report.Fact("pin_length", "Longest PIN", length == 0 ? Json(nullptr) : Json(length), "digits");
+  report.Fact("pin_length", "Longest PIN", length == 0 ? Value(nullptr) : Value(length), "digits");
   return {};
 }
 
@@ -182,19 +181,20 @@ Result Enter(Port& port, const Action& action, const Secrets& secrets, SimState 
   return {};
 }
 
-void AddOptions(CLI::App& app, Options& options) {
-  AddPort(app, options);
-  app.add_option(
-         "ACTION", options.action,
-         "status: tell what the SIM asks for; unlock: enter the PIN; unblock: enter the PUK "
-         "and a new PIN")
-      ->required()
-      ->check(CLI::IsMember({"status", "unlock", "unblock"}));
-  app.add_option("--pin-file", options.pinFile,
-                 "file, number of an open descriptor, or - with the PIN in its first line; for "
-                 "unblock the PUK, and the new PIN in the second. Without it they are asked for");
-  app.add_flag("--save", options.save, "let the SIM not ask for its PIN any more");
-}
+constexpr Option kOptions[] = {
+    kPort,
+    {.name = "ACTION",
+     .place = &Options::action,
+     .help = "status: tell what the SIM asks for; unlock: enter the PIN; unblock: enter the PUK "
+             "and a new PIN",
+     .required = true,
+     .oneOf = "status, unlock, unblock"},
+    {.name = "--pin-file",
+     .place = &Options::pinFile,
+     .help = "file, number of an open descriptor, or - with the PIN in its first line; for "
+             "unblock the PUK, and the new PIN in the second. Without it they are asked for"},
+    {.name = "--save", .place = &Options::save, .help = "let the SIM not ask for its PIN any more"},
+};
 
 Result Run(const Options& options, Report& report) {
   const Action& action =
@@ -217,6 +217,6 @@ Result Run(const Options& options, Report& report) {
 }  // namespace
 
 const Verb kSimVerb = {"sim", "Tell the state of the SIM, enter its PIN or PUK",
-                       "kxwan sim /dev/ttyUSB0 unlock --pin-file ~/.pin", AddOptions, Run};
+                       "kxwan sim /dev/ttyUSB0 unlock --pin-file ~/.pin", kOptions, Run};
 
 }  // namespace kxtool

@@ -27,6 +27,6 @@ Result Run(const Options& options, Report& report) {
 }  // namespace
 
 const Verb kSpeedVerb = {"speed", "Move a device to the fastest line speed that suits it",
-                         "kxwan speed /dev/ttyUSB0", AddPort, Run};
+                         "kxwan speed /dev/ttyUSB0", kPortAlone, Run};
 
 }  // namespace kxtool

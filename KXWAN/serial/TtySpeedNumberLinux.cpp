@@ -1,4 +1,4 @@
-#include <KXWAN/serial/SpeedNumberPrivate.h>
+#include <KXWAN/serial/TtyPrivate.h>
 
 // Alone in its file: the kernel's terminal record bears the names of the C library's.
 #include <asm/termbits.h>

@@ -1,4 +1,4 @@
-#include <KXWAN/sim/EquipmentError.h>
+#include <KXWAN/sim/SimCodes.h>
 #include <gtest/gtest.h>
 
 #include <vector>
