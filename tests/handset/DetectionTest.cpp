@@ -138,8 +138,6 @@ TEST(DetectWirelessPhone, AsksInOrder) {
 
 TEST(DetectWirelessPhone, FailsOnSilence) {
   ScriptedDevice device(Answers{{"ATE0V1", "(silence)"}});
-  device.Modem()->m_nRetries = 1;
-  device.Modem()->m_dwResponseTimeout = 1000;
   CHandsetPlatform platform = 0xFFFF;
   EXPECT_FALSE(DetectWirelessPhone(device.Modem(), 19200, platform));
   EXPECT_EQ(platform, PLATFORM_UNKNOWN);

@@ -37,6 +37,7 @@ const Case kCases[] = {
 TEST(DetectModemBaudRate, RaisesTheSpeedByPlatform) {
   SideBySide(kCases, [](const Case& row) {
     DeviceAtSpeed device(row.baud, {{"AT+IPR=?", row.speeds}, {"AT+IPR=*", "OK"}});
+    device.ExpectSilence(3000);
     unsigned long baud = row.baud;
     EXPECT_TRUE(DetectModemBaudRate(device.Modem(), row.platform, baud));
     EXPECT_EQ(baud, row.expected);
@@ -48,6 +49,7 @@ TEST(DetectModemBaudRate, RaisesTheSpeedByPlatform) {
 TEST(IsPortSpeedSupported, GoesBackToTheOldSpeed) {
   CString list("19200,57600");
   DeviceAtSpeed refusing(19200, {{"AT+IPR=57600", "ERROR"}});
+  refusing.ExpectSilence(3000);
   for (const unsigned long speed : {57600UL, 12345UL}) {
     EXPECT_FALSE(IsPortSpeedSupported(refusing.Modem(), speed, 19200, list));
     EXPECT_EQ(refusing.PortSpeed(), 19200U);

@@ -136,6 +136,8 @@ TEST(Exchange, ClassifiesTheReply) {
 
 TEST(Exchange, GivesASilentDeviceItsThreeAttemptsWithoutSpinning) {
   ScriptedDevice device(Answers{{"AT", "(silence)"}});
+  device.Modem()->m_nRetries = 3;
+  device.Modem()->m_dwResponseTimeout = 1500;
   int result = -1;
   CString response;
   TakeLog();
@@ -174,8 +176,7 @@ TEST(Exchange, EndsInTimeOnAFlood) {
   kxsim::Profile profile = kxsim::ScriptedProfile({});
   kxsim::AddReply(profile, "AT", Raw(Pieces(64, std::string(4096, 'x') + "\r\n"), 0));
   ScriptedDevice device(profile);
-  device.Modem()->m_nRetries = 1;
-  device.Modem()->m_dwResponseTimeout = 300;
+  device.ExpectSilence(3000);
   int result = -1;
   CString response;
   EXPECT_FALSE(device.Modem()->SendCommandGetResponse("AT\r", result, response));
@@ -187,6 +188,7 @@ TEST(Exchange, WaitsItsTimeOnALineThatHangsUp) {
   kxsim::Profile profile = kxsim::ScriptedProfile({});
   profile.faults = {{.kind = "hangup", .at = 1, .text = ""}};
   ScriptedDevice device(profile);
+  device.ExpectSilence(1500);
   int result = -1;
   CString response;
   const auto start = std::chrono::steady_clock::now();
@@ -197,6 +199,8 @@ TEST(Exchange, WaitsItsTimeOnALineThatHangsUp) {
 
 TEST(Exchange, FailsAtOnceOnAClosedPort) {
   CSModem modem;
+  EXPECT_EQ(modem.m_nRetries, 3);
+  EXPECT_EQ(modem.m_dwResponseTimeout, 1500u);
   int result = -1;
   CString response("old");
   EXPECT_FALSE(modem.SendCommandGetResponse("AT\r", result, response));

@@ -50,7 +50,7 @@ kxsim::Profile DeviceOf(const Case& row) {
   kxsim::Profile profile = kxsim::ScriptedProfile({{"AT+N", "next"}});
   kxsim::AddReply(profile, "AT+V", {.raw = row.pieces, .gapMs = 20});
   kxsim::Answer earlier = kxsim::ParseAnswer(row.before == Before::kLost ? "(silence)" : "earlier");
-  earlier.latencyMs = row.before == Before::kLate ? 1300 : 0;
+  earlier.latencyMs = row.before == Before::kLate ? 3000 : 0;
   kxsim::AddReply(profile, "AT+E", earlier);
   return profile;
 }
@@ -62,11 +62,10 @@ TEST(WholeReply, IsTheAnswer) {
     CSModem& modem = *device.Modem();
     int result = -1;
     CString response;
-    modem.m_nRetries = 1;
-    modem.m_dwResponseTimeout = 1000;
+    device.ExpectSilence(row.before == Before::kAnswered ? 20000 : 1000);
     EXPECT_EQ(modem.SendCommandGetResponse("AT+E\r", result, response),
               row.before == Before::kAnswered);
-    modem.m_dwResponseTimeout = 3000;
+    device.ExpectSilence(5000);
     EXPECT_EQ(modem.SendCommandGetResponse("AT+V\r", result, response),
               row.result != kResultTimeout);
     EXPECT_EQ(result, row.result);
@@ -80,7 +79,7 @@ TEST(WholeReply, IsTheAnswer) {
 
 // A host that is not scheduled: its thread sleeps in a signal.
 void Pause(int) {
-  timespec left = {1, 700000000};
+  timespec left = {4, 500000000};
   while (nanosleep(&left, &left) != 0) {
   }
 }
@@ -102,6 +101,7 @@ TEST(WholeReply, IsTheAnswerToAHostThatStopsForLonger) {
       if (isLast) pthread_kill(host, SIGUSR1);
     };
     ScriptedDevice device(profile, options);
+    device.Modem()->m_dwResponseTimeout = 4000;
     int result = -1;
     CString response;
     EXPECT_TRUE(device.Modem()->SendCommandGetResponse("AT+V\r", result, response));

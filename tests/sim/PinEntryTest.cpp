@@ -66,8 +66,9 @@ TEST(EnterPinAndPuk, SendsItOnceAndTellsWhy) {
   SideBySide(kCases, [](const Case& row) {
     ScriptedDevice device(row.dialogue);
     CSModem* modem = device.Modem();
-    EXPECT_EQ(row.puk ? kxwan::EnterPuk(modem, "12345678", "1234", 1000)
-                      : kxwan::EnterPin(modem, "1234", 1000),
+    const unsigned long waits = row.dialogue[0].second == "(silence)" ? 1500 : 20000;
+    EXPECT_EQ(row.puk ? kxwan::EnterPuk(modem, "12345678", "1234", waits)
+                      : kxwan::EnterPin(modem, "1234", waits),
               row.outcome);
     EXPECT_EQ(device.Commands(), CommandsOf(row.dialogue));
   });
@@ -97,8 +98,8 @@ struct LateCase {
 };
 
 const LateCase kLateCases[] = {
-    {"right", 2500, "1234", 5000, PinOutcome::kAccepted, 1},
-    {"wrong", 2500, "4321", 5000, PinOutcome::kWrong, 1},
+    {"right", 2500, "1234", 10000, PinOutcome::kAccepted, 1},
+    {"wrong", 2500, "4321", 10000, PinOutcome::kWrong, 1},
     {"the question is not answered in time", 60000, "1234", 1000, PinOutcome::kInDoubt, 0},
 };
 
