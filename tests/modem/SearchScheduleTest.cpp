@@ -1,5 +1,5 @@
+#include <benchmarks/model/ModelTalk.h>
 #include <gtest/gtest.h>
-#include <tests/modem/ModelTalk.h>
 
 #include <algorithm>
 #include <string>

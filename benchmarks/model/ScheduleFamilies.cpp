@@ -1,4 +1,4 @@
-#include <tests/modem/ScheduleFamilies.h>
+#include <benchmarks/model/ScheduleFamilies.h>
 
 #include <algorithm>
 #include <iterator>
