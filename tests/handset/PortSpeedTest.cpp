@@ -1,6 +1,7 @@
 #include <KXWAN/handset/PortSpeed.h>
 #include <gtest/gtest.h>
 #include <tests/handset/DeviceAtSpeed.h>
+#include <tests/support/BusyMachine.h>
 #include <tests/support/SideBySide.h>
 
 namespace {
@@ -36,13 +37,15 @@ const Case kCases[] = {
 
 TEST(DetectModemBaudRate, RaisesTheSpeedByPlatform) {
   SideBySide(kCases, [](const Case& row) {
-    DeviceAtSpeed device(row.baud, {{"AT+IPR=?", row.speeds}, {"AT+IPR=*", "OK"}});
-    device.ExpectSilence(3000);
-    unsigned long baud = row.baud;
-    EXPECT_TRUE(DetectModemBaudRate(device.Modem(), row.platform, baud));
-    EXPECT_EQ(baud, row.expected);
-    EXPECT_EQ(device.PortSpeed(), row.expected);
-    EXPECT_EQ(device.Commands(), row.commands);
+    OnABusyMachine([&] {
+      DeviceAtSpeed device(row.baud, {{"AT+IPR=?", row.speeds}, {"AT+IPR=*", "OK"}});
+      device.ExpectSilence(3000);
+      unsigned long baud = row.baud;
+      EXPECT_TRUE(DetectModemBaudRate(device.Modem(), row.platform, baud));
+      EXPECT_EQ(baud, row.expected);
+      EXPECT_EQ(device.PortSpeed(), row.expected);
+      EXPECT_EQ(device.Commands(), row.commands);
+    });
   });
 }
 

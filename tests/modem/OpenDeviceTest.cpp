@@ -1,6 +1,7 @@
 #include <KXWAN/modem/CSModem.h>
 #include <gtest/gtest.h>
 #include <sys/time.h>
+#include <tests/support/BusyMachine.h>
 #include <tests/support/ScriptedDevice.h>
 #include <tests/support/TestLog.h>
 
@@ -101,18 +102,20 @@ class OpenDeviceFastOf : public testing::TestWithParam<OpenCase> {};
 
 TEST_P(OpenDeviceFastOf, FindsTheSpeedAndMovesTheDevice) {
   const OpenCase& row = GetParam();
-  kxsim::SimulatedDevice device(DeviceOf(row));
-  CSModem modem;
-  modem.m_nRetries = 1;
-  if (row.deviceSpeed != 0) AcquaintWithDelays(row, device, modem);
-  modem.m_dwResponseTimeout = row.deviceSpeed == 0 ? 60 : 3000;
-  TakeLog();
-  EXPECT_EQ(modem.OpenDeviceFast(device.Path().c_str(), row.mask, row.optimum), row.opened);
-  EXPECT_EQ(AutoBaudRecords(), row.logged);
-  EXPECT_EQ(device.Commands(), row.commands);
-  unsigned long speed = 0;
-  EXPECT_TRUE(modem.m_pSerial->GetDataFormat(&speed));
-  EXPECT_EQ(speed, row.finalSpeed);
+  OnABusyMachine([&] {
+    kxsim::SimulatedDevice device(DeviceOf(row));
+    CSModem modem;
+    modem.m_nRetries = 1;
+    if (row.deviceSpeed != 0) AcquaintWithDelays(row, device, modem);
+    modem.m_dwResponseTimeout = row.deviceSpeed == 0 ? 60 : 3000;
+    TakeLog();
+    EXPECT_EQ(modem.OpenDeviceFast(device.Path().c_str(), row.mask, row.optimum), row.opened);
+    EXPECT_EQ(AutoBaudRecords(), row.logged);
+    EXPECT_EQ(device.Commands(), row.commands);
+    unsigned long speed = 0;
+    EXPECT_TRUE(modem.m_pSerial->GetDataFormat(&speed));
+    EXPECT_EQ(speed, row.finalSpeed);
+  });
 }
 
 INSTANTIATE_TEST_SUITE_P(Device, OpenDeviceFastOf, testing::ValuesIn(kCases));

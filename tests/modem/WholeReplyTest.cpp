@@ -1,6 +1,7 @@
 #include <KXWAN/modem/CSModem.h>
 #include <gtest/gtest.h>
 #include <pthread.h>
+#include <tests/support/BusyMachine.h>
 #include <tests/support/ScriptedDevice.h>
 #include <tests/support/SideBySide.h>
 
@@ -58,22 +59,24 @@ kxsim::Profile DeviceOf(const Case& row) {
 // What is left of a half may cost the next command its answer, but never makes it another.
 TEST(WholeReply, IsTheAnswer) {
   SideBySide(kCases, [](const Case& row) {
-    ScriptedDevice device(DeviceOf(row));
-    CSModem& modem = *device.Modem();
-    int result = -1;
-    CString response;
-    device.ExpectSilence(row.before == Before::kAnswered ? 20000 : 1000);
-    EXPECT_EQ(modem.SendCommandGetResponse("AT+E\r", result, response),
-              row.before == Before::kAnswered);
-    device.ExpectSilence(5000);
-    EXPECT_EQ(modem.SendCommandGetResponse("AT+V\r", result, response),
-              row.result != kResultTimeout);
-    EXPECT_EQ(result, row.result);
-    EXPECT_EQ(response.String(), row.response);
-    if (modem.SendCommandGetResponse("AT+N\r", result, response)) {
-      EXPECT_EQ(result, kResultOk);
-      EXPECT_STREQ(response.String(), "next");
-    }
+    OnABusyMachine([&] {
+      ScriptedDevice device(DeviceOf(row));
+      CSModem& modem = *device.Modem();
+      int result = -1;
+      CString response;
+      device.ExpectSilence(row.before == Before::kAnswered ? 20000 : 1000);
+      EXPECT_EQ(modem.SendCommandGetResponse("AT+E\r", result, response),
+                row.before == Before::kAnswered);
+      device.ExpectSilence(5000);
+      EXPECT_EQ(modem.SendCommandGetResponse("AT+V\r", result, response),
+                row.result != kResultTimeout);
+      EXPECT_EQ(result, row.result);
+      EXPECT_EQ(response.String(), row.response);
+      if (modem.SendCommandGetResponse("AT+N\r", result, response)) {
+        EXPECT_EQ(result, kResultOk);
+        EXPECT_STREQ(response.String(), "next");
+      }
+    });
   });
 }
 

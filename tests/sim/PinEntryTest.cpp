@@ -1,6 +1,7 @@
 #include <KXWAN/modem/SingleExchange.h>
 #include <KXWAN/sim/PinEntry.h>
 #include <gtest/gtest.h>
+#include <tests/support/BusyMachine.h>
 #include <tests/support/Dialogue.h>
 #include <tests/support/SideBySide.h>
 
@@ -53,13 +54,15 @@ const Case kCases[] = {
 
 TEST(EnterPinAndPuk, SendsItOnceAndTellsWhy) {
   SideBySide(kCases, [](const Case& row) {
-    ScriptedDevice device(row.dialogue);
-    CSModem* modem = device.Modem();
-    const unsigned long waits = row.dialogue[0].second == "(silence)" ? 1500 : 20000;
-    EXPECT_EQ(row.puk ? kxwan::EnterPuk(modem, "12345678", "1234", waits)
-                      : kxwan::EnterPin(modem, "1234", waits),
-              row.outcome);
-    EXPECT_EQ(device.Commands(), CommandsOf(row.dialogue));
+    OnABusyMachine([&] {
+      ScriptedDevice device(row.dialogue);
+      CSModem* modem = device.Modem();
+      const unsigned long waits = row.dialogue[0].second == "(silence)" ? 1500 : 20000;
+      EXPECT_EQ(row.puk ? kxwan::EnterPuk(modem, "12345678", "1234", waits)
+                        : kxwan::EnterPin(modem, "1234", waits),
+                row.outcome);
+      EXPECT_EQ(device.Commands(), CommandsOf(row.dialogue));
+    });
   });
 }
 
@@ -94,20 +97,22 @@ const LateCase kLateCases[] = {
 
 TEST(EnterPinBehindALateAnswer, HasAnOutcomeOfItsOwn) {
   SideBySide(kLateCases, [](const LateCase& row) {
-    kxsim::Profile profile;
-    std::string error;
-    ASSERT_TRUE(kxsim::LoadProfile("gprs-phone-with-pin", profile, error)) << error;
-    profile.line.echo = false;
-    profile.faults = {{.kind = "late", .at = 1, .ms = row.lateMs, .text = ""}};
-    ScriptedDevice device(profile);
-    int result = -1;
-    CString response;
-    EXPECT_FALSE(kxwan::SendOnce(device.Modem(), "AT+CPIN?\r", 1000, result, response));
-    EXPECT_EQ(kxwan::EnterPin(device.Modem(), row.pin, row.timeoutMs), row.outcome);
-    const std::vector<std::string> commands = device.Commands();
-    EXPECT_EQ(std::count_if(commands.begin(), commands.end(),
-                            [](const std::string& each) { return each.starts_with("AT+CPIN="); }),
-              row.sent);
+    OnABusyMachine([&] {
+      kxsim::Profile profile;
+      std::string error;
+      ASSERT_TRUE(kxsim::LoadProfile("gprs-phone-with-pin", profile, error)) << error;
+      profile.line.echo = false;
+      profile.faults = {{.kind = "late", .at = 1, .ms = row.lateMs, .text = ""}};
+      ScriptedDevice device(profile);
+      int result = -1;
+      CString response;
+      EXPECT_FALSE(kxwan::SendOnce(device.Modem(), "AT+CPIN?\r", 1000, result, response));
+      EXPECT_EQ(kxwan::EnterPin(device.Modem(), row.pin, row.timeoutMs), row.outcome);
+      const std::vector<std::string> commands = device.Commands();
+      EXPECT_EQ(std::count_if(commands.begin(), commands.end(),
+                              [](const std::string& each) { return each.starts_with("AT+CPIN="); }),
+                row.sent);
+    });
   });
 }
 

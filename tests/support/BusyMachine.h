@@ -5,8 +5,8 @@
 
 // Runs a test up to three times until it passes; the last time counts. For what depends on answers
 // behind one that never came: a busy machine may delay them, and an answer that is not as usual
-// then is no answer, as it may be the missing one. What is wrong fails each time. Not for a test
-// with threads of its own.
+// then is no answer, as it may be the missing one. What is wrong fails each time. Threads of the
+// test's own must expect nothing.
 template <typename Test>
 void OnABusyMachine(Test test) {
   for (int run = 1; run < 3; ++run) {

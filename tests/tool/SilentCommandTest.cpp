@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <tests/support/BusyMachine.h>
 #include <tests/tool/Program.h>
 
 #include <iterator>
@@ -77,15 +78,17 @@ void Check(const Case& row, const ProgramRun& run) {
 
 // Each waits for answers that do not come, so all run at the same time.
 TEST(SilentCommand, IsNoValue) {
-  ProgramRun runs[std::size(kCases)];
-  std::vector<std::thread> threads;
-  for (size_t i = 0; i < std::size(kCases); ++i) {
-    std::vector<std::string> arguments = kCases[i].arguments;
-    arguments[1] = SimulatedPort(std::string(kPhone) + kCases[i].toml);
-    threads.emplace_back([=, &runs] { runs[i] = RunProgram(arguments, "1234\n"); });
-  }
-  for (std::thread& thread : threads) thread.join();
-  for (size_t i = 0; i < std::size(kCases); ++i) Check(kCases[i], runs[i]);
+  OnABusyMachine([] {
+    ProgramRun runs[std::size(kCases)];
+    std::vector<std::thread> threads;
+    for (size_t i = 0; i < std::size(kCases); ++i) {
+      std::vector<std::string> arguments = kCases[i].arguments;
+      arguments[1] = SimulatedPort(std::string(kPhone) + kCases[i].toml);
+      threads.emplace_back([=, &runs] { runs[i] = RunProgram(arguments, "1234\n"); });
+    }
+    for (std::thread& thread : threads) thread.join();
+    for (size_t i = 0; i < std::size(kCases); ++i) Check(kCases[i], runs[i]);
+  });
 }
 
 }  // namespace
