@@ -1,5 +1,5 @@
 // How often does a dialogue with a late, forgetful or doubling device end right, without an answer
-// or with another's answer, and what does that cost? The tests' model device and host in virtual
+// or with another's answer, and what does that cost? The model device and host in virtual
 // time, a hundred million exchanges; the counters are per million, extra is in seconds for each
 // right answer. The seed is 2, so that nothing is counted that the tests were made with.
 //
@@ -8,9 +8,9 @@
 // prints what went over the line in one session, settlement or search.
 
 #include <benchmark/benchmark.h>
-#include <tests/modem/ModelSearch.h>
-#include <tests/modem/ModelSettlement.h>
-#include <tests/modem/ScheduleFamilies.h>
+#include <benchmarks/model/ModelSearch.h>
+#include <benchmarks/model/ModelSettlement.h>
+#include <benchmarks/model/ScheduleFamilies.h>
 
 #include <cstdio>
 #include <cstdlib>

@@ -87,7 +87,6 @@ TEST_P(PrepareDevice, SendsWhatTheDeviceWants) {
   std::strcpy(properties.szManufacturer, row.manufacturer);
   std::strcpy(properties.szModel, row.model);
   ScriptedDevice device(row.dialogue);
-  device.Modem()->m_nRetries = 1;
   SetModemError(7);
   EXPECT_EQ(PrepareDeviceForConnection(device.Modem(), &properties, row.apn), row.error == 0);
   EXPECT_EQ(GetLastModemError(), row.error);
@@ -100,9 +99,9 @@ TEST(SetPhoneInGPRSMode, SetsTheTimeoutOnlyToAttach) {
   KXModemProperties properties = {};
   for (const char* attached : {"+CGATT: 1", "+CGATT: 0"}) {
     ScriptedDevice device(Answers{{"AT+CGATT?", attached}, {"AT+CGATT=1", "OK"}});
-    device.Modem()->m_dwResponseTimeout = 900;
+    device.Modem()->m_dwResponseTimeout = 9000;
     EXPECT_FALSE(SetPhoneInGPRSMode(device.Modem(), &properties, "web"));
-    EXPECT_EQ(device.Modem()->m_dwResponseTimeout, attached[8] == '1' ? 900u : 1500u);
+    EXPECT_EQ(device.Modem()->m_dwResponseTimeout, attached[8] == '1' ? 9000u : 1500u);
   }
 }
 

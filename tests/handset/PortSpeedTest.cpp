@@ -1,6 +1,7 @@
 #include <KXWAN/handset/LineSpeed.h>
 #include <gtest/gtest.h>
 #include <tests/handset/DeviceAtSpeed.h>
+#include <tests/support/BusyMachine.h>
 #include <tests/support/SideBySide.h>
 
 namespace {
@@ -36,18 +37,22 @@ const Case kCases[] = {
 
 TEST(DetectModemBaudRate, RaisesTheSpeedByPlatform) {
   SideBySide(kCases, [](const Case& row) {
-    DeviceAtSpeed device(row.baud, {{"AT+IPR=?", row.speeds}, {"AT+IPR=*", "OK"}});
-    unsigned long baud = row.baud;
-    EXPECT_TRUE(DetectModemBaudRate(device.Modem(), row.platform, baud));
-    EXPECT_EQ(baud, row.expected);
-    EXPECT_EQ(device.PortSpeed(), row.expected);
-    EXPECT_EQ(device.Commands(), row.commands);
+    OnABusyMachine([&] {
+      DeviceAtSpeed device(row.baud, {{"AT+IPR=?", row.speeds}, {"AT+IPR=*", "OK"}});
+      device.ExpectSilence(3000);
+      unsigned long baud = row.baud;
+      EXPECT_TRUE(DetectModemBaudRate(device.Modem(), row.platform, baud));
+      EXPECT_EQ(baud, row.expected);
+      EXPECT_EQ(device.PortSpeed(), row.expected);
+      EXPECT_EQ(device.Commands(), row.commands);
+    });
   });
 }
 
 TEST(IsPortSpeedSupported, GoesBackToTheOldSpeed) {
   CString list("19200,57600");
   DeviceAtSpeed refusing(19200, {{"AT+IPR=57600", "ERROR"}});
+  refusing.ExpectSilence(3000);
   for (const unsigned long speed : {57600UL, 12345UL}) {
     EXPECT_FALSE(IsPortSpeedSupported(refusing.Modem(), speed, 19200, list));
     EXPECT_EQ(refusing.PortSpeed(), 19200U);

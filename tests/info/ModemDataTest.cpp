@@ -29,8 +29,6 @@ TEST(ModemData, ReadsInItsOrder) {
 
 TEST(ModemData, StopsAtASilentDevice) {
   ScriptedDevice device(Answers{{"ATE0V1", "(silence)"}});
-  device.Modem()->m_nRetries = 1;
-  device.Modem()->m_dwResponseTimeout = 1000;
   ModemInfo info;
   std::memset(&info, 0xEE, sizeof info);
   EXPECT_FALSE(GetModemData(device.Modem(), &info));

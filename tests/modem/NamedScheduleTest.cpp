@@ -1,5 +1,5 @@
+#include <benchmarks/model/ModelHost.h>
 #include <gtest/gtest.h>
-#include <tests/modem/ModelHost.h>
 
 #include <vector>
 

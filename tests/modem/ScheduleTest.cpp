@@ -1,5 +1,5 @@
+#include <benchmarks/model/ScheduleFamilies.h>
 #include <gtest/gtest.h>
-#include <tests/modem/ScheduleFamilies.h>
 
 #include <algorithm>
 #include <cctype>

@@ -1,5 +1,5 @@
+#include <benchmarks/model/ModelTalk.h>
 #include <gtest/gtest.h>
-#include <tests/modem/ModelTalk.h>
 
 #include <algorithm>
 #include <string>
@@ -35,45 +35,26 @@ struct Search {
 
 constexpr Range kPrompt = {.001, .3};
 
+constexpr Search Of(const char* name, DeviceTraits device, LineTraits line, bool mustBeFound,
+                    int mustBeRight, uint32_t mostSends, Seconds mostExtra) {
+  return {name, device, line, mustBeFound, mustBeRight, mostSends, mostExtra};
+}
+
 const Search kSearches[] = {
-    {"real line, prompt",
-     {.base = kPrompt},
-     {.otherSpeed = OtherSpeed::kVanishes},
-     true,
-     10,
-     1,
-     1.16},
-    {"real line, prompt, varied",
-     {.base = kPrompt, .spread = 1.3},
-     {.otherSpeed = OtherSpeed::kVanishes},
-     true,
-     10,
-     1,
-     1.16},
-    {"real line, prompt, NULs",
-     {.base = kPrompt},
-     {.otherSpeed = OtherSpeed::kNuls},
-     true,
-     10,
-     1,
-     1.16},
-    {"real line, what is rubbish spoils the next command",
-     {.base = kPrompt},
-     {.otherSpeed = OtherSpeed::kRubbish, .spoils = true},
-     true,
-     10,
-     2,
-     1.16 + kTimeout},
-    {"any speed, prompt", {.base = kPrompt}, {}, true, 10, 1, .01},
-    {"any speed, wakes", {.base = {.001, 1.1}, .wakesAt = {0, 12}}, {}, false, 0, 3, 4.5},
-    {"any speed, wakes, .3 s", {.base = {.3, .3}, .wakesAt = {5.6, 5.6}}, {}, true, 10, 3, 4.5},
-    {"any speed, wakes, works ahead",
-     {.base = {.001, 1.1}, .wakesAt = {0, 12}, .busy = kxmodel::Busy::kWorksAhead},
-     {},
-     false,
-     0,
-     3,
-     4.5},
+    Of("real line, prompt", {.base = kPrompt}, {.otherSpeed = OtherSpeed::kVanishes}, true, 10, 1,
+       1.16),
+    Of("real line, prompt, varied", {.base = kPrompt, .spread = 1.3},
+       {.otherSpeed = OtherSpeed::kVanishes}, true, 10, 1, 1.16),
+    Of("real line, prompt, NULs", {.base = kPrompt}, {.otherSpeed = OtherSpeed::kNuls}, true, 10, 1,
+       1.16),
+    Of("real line, what is rubbish spoils the next command", {.base = kPrompt},
+       {.otherSpeed = OtherSpeed::kRubbish, .spoils = true}, true, 10, 2, 1.16 + kTimeout),
+    Of("any speed, prompt", {.base = kPrompt}, {}, true, 10, 1, .01),
+    Of("any speed, wakes", {.base = {.001, 1.1}, .wakesAt = {0, 12}}, {}, false, 0, 3, 4.5),
+    Of("any speed, wakes, .3 s", {.base = {.3, .3}, .wakesAt = {5.6, 5.6}}, {}, true, 10, 3, 4.5),
+    Of("any speed, wakes, works ahead",
+       {.base = {.001, 1.1}, .wakesAt = {0, 12}, .busy = kxmodel::Busy::kWorksAhead}, {}, false, 0,
+       3, 4.5),
 };
 
 struct Outcome {

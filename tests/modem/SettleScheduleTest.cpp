@@ -1,5 +1,5 @@
+#include <benchmarks/model/ModelSettlement.h>
 #include <gtest/gtest.h>
-#include <tests/modem/ModelSettlement.h>
 
 #include <cmath>
 #include <string>

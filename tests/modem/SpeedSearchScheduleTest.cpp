@@ -1,5 +1,5 @@
+#include <benchmarks/model/ModelSearch.h>
 #include <gtest/gtest.h>
-#include <tests/modem/ModelSearch.h>
 
 #include <string>
 

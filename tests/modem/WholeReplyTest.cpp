@@ -1,6 +1,7 @@
 #include <KXWAN/modem/CSModem.h>
 #include <gtest/gtest.h>
 #include <pthread.h>
+#include <tests/support/BusyMachine.h>
 #include <tests/support/ScriptedDevice.h>
 #include <tests/support/SideBySide.h>
 
@@ -50,7 +51,7 @@ kxsim::Profile DeviceOf(const Case& row) {
   kxsim::Profile profile = kxsim::ScriptedProfile({{"AT+N", "next"}});
   kxsim::AddReply(profile, "AT+V", {.raw = row.pieces, .gapMs = 20});
   kxsim::Answer earlier = kxsim::ParseAnswer(row.before == Before::kLost ? "(silence)" : "earlier");
-  earlier.latencyMs = row.before == Before::kLate ? 1300 : 0;
+  earlier.latencyMs = row.before == Before::kLate ? 3000 : 0;
   kxsim::AddReply(profile, "AT+E", earlier);
   return profile;
 }
@@ -58,29 +59,30 @@ kxsim::Profile DeviceOf(const Case& row) {
 // What is left of a half may cost the next command its answer, but never makes it another.
 TEST(WholeReply, IsTheAnswer) {
   SideBySide(kCases, [](const Case& row) {
-    ScriptedDevice device(DeviceOf(row));
-    CSModem& modem = *device.Modem();
-    int result = -1;
-    CString response;
-    modem.m_nRetries = 1;
-    modem.m_dwResponseTimeout = 1000;
-    EXPECT_EQ(modem.SendCommandGetResponse("AT+E\r", result, response),
-              row.before == Before::kAnswered);
-    modem.m_dwResponseTimeout = 3000;
-    EXPECT_EQ(modem.SendCommandGetResponse("AT+V\r", result, response),
-              row.result != kResultTimeout);
-    EXPECT_EQ(result, row.result);
-    EXPECT_EQ(response.String(), row.response);
-    if (modem.SendCommandGetResponse("AT+N\r", result, response)) {
-      EXPECT_EQ(result, kResultOk);
-      EXPECT_STREQ(response.String(), "next");
-    }
+    OnABusyMachine([&] {
+      ScriptedDevice device(DeviceOf(row));
+      CSModem& modem = *device.Modem();
+      int result = -1;
+      CString response;
+      device.ExpectSilence(row.before == Before::kAnswered ? 20000 : 1000);
+      EXPECT_EQ(modem.SendCommandGetResponse("AT+E\r", result, response),
+                row.before == Before::kAnswered);
+      device.ExpectSilence(5000);
+      EXPECT_EQ(modem.SendCommandGetResponse("AT+V\r", result, response),
+                row.result != kResultTimeout);
+      EXPECT_EQ(result, row.result);
+      EXPECT_EQ(response.String(), row.response);
+      if (modem.SendCommandGetResponse("AT+N\r", result, response)) {
+        EXPECT_EQ(result, kResultOk);
+        EXPECT_STREQ(response.String(), "next");
+      }
+    });
   });
 }
 
 // A host that is not scheduled: its thread sleeps in a signal.
 void Pause(int) {
-  timespec left = {1, 700000000};
+  timespec left = {4, 500000000};
   while (nanosleep(&left, &left) != 0) {
   }
 }
@@ -102,6 +104,7 @@ TEST(WholeReply, IsTheAnswerToAHostThatStopsForLonger) {
       if (isLast) pthread_kill(host, SIGUSR1);
     };
     ScriptedDevice device(profile, options);
+    device.Modem()->m_dwResponseTimeout = 4000;
     int result = -1;
     CString response;
     EXPECT_TRUE(device.Modem()->SendCommandGetResponse("AT+V\r", result, response));

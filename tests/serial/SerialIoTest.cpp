@@ -3,7 +3,9 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <sched.h>
 #include <simulator/line/PseudoTerminal.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <tests/support/TestLog.h>
@@ -34,8 +36,19 @@ class SerialIo : public testing::Test {
     TakeLog();
     std::memset(buffer, '#', sizeof buffer);
   }
+  // Until the system has carried it over.
   void Send(std::string_view text) const {
+    const int before = Waiting();
     EXPECT_EQ(write(line.Master(), text.data(), text.size()), static_cast<ssize_t>(text.size()));
+    const auto end = steady_clock::now() + std::chrono::seconds(20);
+    while (Waiting() < before + static_cast<int>(text.size()) && steady_clock::now() < end) {
+      sched_yield();
+    }
+  }
+  int Waiting() const {
+    int bytes = 0;
+    EXPECT_EQ(ioctl(port.fd, FIONREAD, &bytes), 0);
+    return bytes;
   }
   // Line and port anew.
   void Renew() {

@@ -35,7 +35,6 @@ TEST(SetPinOnCard, EntersAndSaves) {
   for (const Case& row : kCases) {
     SCOPED_TRACE(testing::PrintToString(row.dialogue));
     ScriptedDevice device(row.dialogue);
-    device.Modem()->m_nRetries = 1;
     KXDevicePassword password = {};
     std::strcpy(password.szPUK, "12345678");
     std::strcpy(password.szPIN, "1234");

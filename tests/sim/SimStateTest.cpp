@@ -40,7 +40,6 @@ TEST(IsPasswordRequired, GivesTheCodeAndThePinLength) {
   for (const Case& row : kCases) {
     SCOPED_TRACE(testing::PrintToString(row.dialogue));
     ScriptedDevice device(row.dialogue);
-    device.Modem()->m_nRetries = 1;
     long pinLength = -1;
     EXPECT_EQ(IsPasswordRequired(device.Modem(), &pinLength), row.code);
     EXPECT_EQ(pinLength, row.pinLength);

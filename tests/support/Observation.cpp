@@ -15,7 +15,7 @@ using kxsim::Profile;
 using kxsim::SimulatedDevice;
 
 // What a silent try may cost: the simulated line loses nothing, so that one is enough.
-constexpr uint32_t kSilenceMs = 1500;
+constexpr uint32_t kSilenceMs = 2000;
 
 void ExpectSilence(CSModem& modem) {
   modem.m_nRetries = 1;

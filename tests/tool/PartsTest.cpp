@@ -90,6 +90,18 @@ TEST_F(Terminal, IsBusyWhenAnotherProgramHasIt) {
   EXPECT_EQ(CheckPort(path_).state, PortState::kFree);
 }
 
+TEST_F(Terminal, IsToldByItsFileFromOneOfTheSameNumber) {
+  struct stat own;
+  ASSERT_EQ(stat(path_.c_str(), &own), 0);
+  EXPECT_TRUE(kxtool::IsSameTerminal(own, own));
+  struct stat ofAnotherDevpts = own;
+  ++ofAnotherDevpts.st_dev;
+  EXPECT_FALSE(kxtool::IsSameTerminal(ofAnotherDevpts, own));
+  struct stat second = own;
+  ++second.st_ino;
+  EXPECT_FALSE(kxtool::IsSameTerminal(second, own));
+}
+
 TEST_F(Terminal, NamesTheGroupThatMayOpenIt) {
   constexpr uid_t kNobody = 65534;
   const uid_t user = geteuid();

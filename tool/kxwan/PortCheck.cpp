@@ -4,7 +4,6 @@
 #include <fcntl.h>
 #include <grp.h>
 #include <sys/ioctl.h>
-#include <sys/stat.h>
 #include <tool/kxwan/Text.h>
 #include <unistd.h>
 
@@ -66,14 +65,11 @@ std::string Filled(std::string_view text, const std::string& path, const std::st
   return filled;
 }
 
-bool HasOpen(const std::filesystem::path& process, dev_t terminal) {
+bool HasOpen(const std::filesystem::path& process, const struct stat& terminal) {
   std::error_code error;
   for (const auto& entry : std::filesystem::directory_iterator(process / "fd", error)) {
     struct stat status;
-    if (stat(entry.path().c_str(), &status) == 0 && S_ISCHR(status.st_mode) &&
-        status.st_rdev == terminal) {
-      return true;
-    }
+    if (stat(entry.path().c_str(), &status) == 0 && IsSameTerminal(status, terminal)) return true;
   }
   return false;
 }
@@ -87,7 +83,7 @@ std::string HolderOf(const std::string& path) {
   for (const auto& entry : std::filesystem::directory_iterator("/proc", error)) {
     const std::string id = entry.path().filename();
     if (id.find_first_not_of("0123456789") != id.npos || id == std::to_string(getpid()) ||
-        !HasOpen(entry.path(), status.st_rdev)) {
+        !HasOpen(entry.path(), status)) {
       continue;
     }
     std::string name;
@@ -162,6 +158,11 @@ const char* PortStateName(PortState state) { return RowOf(state).name; }
 Failure PortFailure(const std::string& path, const PortCheck& check) {
   const StateRow& row = RowOf(check.state);
   return {Filled(row.sentence, path, check.detail), row.exitStatus};
+}
+
+bool IsSameTerminal(const struct stat& one, const struct stat& other) {
+  return S_ISCHR(one.st_mode) && S_ISCHR(other.st_mode) && one.st_rdev == other.st_rdev &&
+         one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
 
 std::vector<ListedPort> ListPorts() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <sys/stat.h>
 #include <tool/kxwan/Failure.h>
 
 #include <string>
@@ -23,6 +24,10 @@ const char* PortStateName(PortState state);
 
 // One sentence for a port that is not free: what is wrong and what to do.
 Failure PortFailure(const std::string& path, const PortCheck& check);
+
+// Whether both are states of one and the same terminal. Its device number alone does not tell:
+// every instance of devpts, such as a container's, counts from 0.
+bool IsSameTerminal(const struct stat& one, const struct stat& other);
 
 struct ListedPort {
   std::string name;

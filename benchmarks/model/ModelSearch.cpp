@@ -1,4 +1,4 @@
-#include <tests/modem/ModelSearch.h>
+#include <benchmarks/model/ModelSearch.h>
 
 #include <KXWAN/handset/SpeedSearchPrivate.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <tests/modem/ModelTalk.h>
+#include <benchmarks/model/ModelTalk.h>
 
 #include <string>
 #include <vector>

@@ -1,4 +1,4 @@
-#include <tests/modem/ModelTalk.h>
+#include <benchmarks/model/ModelTalk.h>
 
 #include <algorithm>
 

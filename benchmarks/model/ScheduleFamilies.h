@@ -1,6 +1,6 @@
 #pragma once
 
-#include <tests/modem/ModelHost.h>
+#include <benchmarks/model/ModelHost.h>
 
 #include <span>
 

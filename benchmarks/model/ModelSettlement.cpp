@@ -1,4 +1,4 @@
-#include <tests/modem/ModelSettlement.h>
+#include <benchmarks/model/ModelSettlement.h>
 
 #include <algorithm>
 

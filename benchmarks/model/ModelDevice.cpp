@@ -1,4 +1,4 @@
-#include <tests/modem/ModelDevice.h>
+#include <benchmarks/model/ModelDevice.h>
 
 #include <algorithm>
 #include <cstring>

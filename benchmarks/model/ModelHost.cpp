@@ -1,4 +1,4 @@
-#include <tests/modem/ModelHost.h>
+#include <benchmarks/model/ModelHost.h>
 
 #include <algorithm>
 #include <charconv>

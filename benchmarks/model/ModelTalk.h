@@ -1,7 +1,7 @@
 #pragma once
 
 #include <KXWAN/modem/ConversationPrivate.h>
-#include <tests/modem/ModelLine.h>
+#include <benchmarks/model/ModelLine.h>
 
 #include <string>
 

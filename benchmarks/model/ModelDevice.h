@@ -1,7 +1,7 @@
 #pragma once
 
 #include <KXWAN/modem/PacePrivate.h>
-#include <tests/modem/ModelRandom.h>
+#include <benchmarks/model/ModelRandom.h>
 
 #include <array>
 #include <string_view>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <KXWAN/modem/LinePrivate.h>
-#include <tests/modem/ModelDevice.h>
+#include <benchmarks/model/ModelDevice.h>
 
 #include <string>
 #include <utility>

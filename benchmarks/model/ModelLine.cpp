@@ -1,4 +1,4 @@
-#include <tests/modem/ModelLine.h>
+#include <benchmarks/model/ModelLine.h>
 
 #include <algorithm>
 #include <cstdio>
