@@ -2,7 +2,7 @@
 
 #include <profile/CommandLine.h>
 #include <profile/LineSpeed.h>
-#include <profile/Script.h>
+#include <profile/Text.h>
 
 #include <algorithm>
 #include <string_view>
