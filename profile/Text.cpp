@@ -41,6 +41,12 @@ std::string Printable(std::string_view text) {
   return printable;
 }
 
+std::string Quoted(std::string_view text) {
+  constexpr size_t kLongest = 60;
+  const std::string shown(text.substr(0, kLongest));
+  return '"' + shown + (text.size() > kLongest ? "...\"" : "\"");
+}
+
 std::string Joined(const std::vector<std::string>& parts, std::string_view separator) {
   std::string joined;
   for (const std::string& part : parts) {

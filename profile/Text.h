@@ -32,6 +32,9 @@ size_t FindIgnoringCase(std::string_view text, std::string_view word, size_t fro
 // "\x1B", so that neither a device nor a file can move the cursor or retitle a window.
 std::string Printable(std::string_view text);
 
+// The text in quotes; the beginning of it when it is long.
+std::string Quoted(std::string_view text);
+
 std::string Joined(const std::vector<std::string>& parts, std::string_view separator = ", ");
 
 }  // namespace kxsim
