@@ -1,8 +1,7 @@
 #include <profile/CommandLine.h>
-#include <profile/Script.h>
+#include <profile/Text.h>
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <utility>
 
@@ -11,9 +10,6 @@ namespace {
 
 constexpr std::string_view kExtendedMarks = "+$!*%^#";
 constexpr std::string_view kNameMarks = "!%-./:_";
-
-bool IsDigit(char byte) { return byte >= '0' && byte <= '9'; }
-bool IsLetter(char byte) { return byte >= 'A' && byte <= 'Z'; }
 
 // Reads commands off the front of a line without blanks and in capital letters.
 class Splitter {
@@ -70,7 +66,7 @@ class Splitter {
     command.name = rest_.front();
     rest_.remove_prefix(1);
     command.name += Take([](char byte) {
-      return IsLetter(byte) || IsDigit(byte) || kNameMarks.find(byte) != std::string_view::npos;
+      return IsLetterOrDigit(byte) || kNameMarks.find(byte) != std::string_view::npos;
     });
     TakeForm(command);
     return command.name.size() > 1 && (rest_.empty() || rest_.front() == ';');

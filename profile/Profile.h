@@ -1,5 +1,7 @@
 #pragma once
 
+#include <profile/Failure.h>
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,6 +17,7 @@ struct Answer {
   std::vector<std::string> raw = {};  // pieces sent byte for byte in place of text and result
   int latencyMs = 0;                  // before the first byte
   int gapMs = 0;                      // between the pieces of raw
+  bool operator==(const Answer&) const = default;
 };
 
 // A command line and its answers: given one after the other, the last one for ever after.
@@ -133,14 +136,12 @@ Answer ParseAnswer(std::string_view text);
 // Adds a reply. The answers of one command are given in the order in which they were added.
 void AddReply(Profile& profile, const std::string& command, Answer answer);
 
-// A device that knows these rows only, answers at any speed and has its echo off. What is not
-// listed gets ERROR, except ATE0V1.
+// A device that knows these rows and ATE0V1 only, answers at any speed and has its echo off.
 Profile ScriptedProfile(const std::vector<std::pair<std::string, std::string>>& rows);
 
-// Each gives false and leaves a sentence in error: the file, the line, and what was expected.
-bool ParseProfile(std::string_view toml, const std::string& fileName, Profile& profile,
-                  std::string& error);
-bool LoadProfile(const std::string& nameOrPath, Profile& profile, std::string& error);
+// A failure names the file, the line, and what was expected.
+Result ParseProfile(std::string_view toml, const std::string& fileName, Profile& profile);
+Result LoadProfile(const std::string& nameOrPath, Profile& profile);
 
 // The text of a profile that ParseProfile reads back as the same device.
 std::string FormatProfile(const Profile& profile);

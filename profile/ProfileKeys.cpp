@@ -1,5 +1,5 @@
-#include <profile/ProfileKeysPrivate.h>
-#include <profile/ProfileValuesPrivate.h>
+#include <profile/ProfileKeys.h>
+#include <profile/ProfileValues.h>
 
 namespace kxsim {
 namespace {
@@ -25,7 +25,7 @@ template <auto reader, auto... path>
 constexpr ProfileKey Row(std::string_view section, std::string_view name,
                          std::string_view expected) {
   return {section, name, expected,
-          [](const toml::node& node, Profile& profile) {
+          [](const TomlNode& node, Profile& profile) {
             auto value = Empty(Field<path...>(profile));
             if (!reader(node, value)) return false;
             Field<path...>(profile) = std::move(value);

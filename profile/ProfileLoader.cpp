@@ -1,38 +1,48 @@
 #include <profile/BuiltInProfiles.h>
 #include <profile/Profile.h>
+#include <profile/Text.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
-#include <fstream>
-#include <iterator>
 
 namespace kxsim {
 namespace {
 
-bool LoadFile(const std::string& path, Profile& profile, std::string& error) {
+// More than a profile from a log can have.
+constexpr size_t kLongestFile = 256 * 1024 * 1024;
+
+Result ReadFile(const std::string& path, std::string& text) {
+  FILE* file = fopen(path.c_str(), "re");
+  if (file == nullptr) return Failure{path + ": " + strerror(errno)};
+  char bytes[16 * 1024];
+  size_t count = 0;
   errno = 0;
-  std::ifstream file(path, std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  if (!file || text.empty()) {
-    error = path + ": " + (errno == 0 ? "the file is empty" : strerror(errno));
-    return false;
+  while (text.size() <= kLongestFile && (count = fread(bytes, 1, sizeof bytes, file)) > 0) {
+    text.append(bytes, count);
   }
-  return ParseProfile(text, path, profile, error);
+  const int error = ferror(file) != 0 ? errno : 0;
+  fclose(file);
+  if (error != 0) return Failure{path + ": " + strerror(error)};
+  if (text.empty()) return Failure{path + ": the file is empty"};
+  if (text.size() > kLongestFile) return Failure{path + ": the file is too long for a profile"};
+  return {};
 }
 
 }  // namespace
 
-bool LoadProfile(const std::string& nameOrPath, Profile& profile, std::string& error) {
+Result LoadProfile(const std::string& nameOrPath, Profile& profile) {
   if (nameOrPath.find('/') != std::string::npos || nameOrPath.ends_with(".toml")) {
-    return LoadFile(nameOrPath, profile, error);
+    std::string text;
+    if (Result failure = ReadFile(nameOrPath, text)) return failure;
+    return ParseProfile(text, nameOrPath, profile);
   }
-  std::string names;
+  std::vector<std::string> names;
   for (const BuiltInProfile* row = kBuiltInProfiles; row->name != nullptr; ++row) {
-    if (nameOrPath == row->name) return ParseProfile(row->text, row->name, profile, error);
-    names += (names.empty() ? "" : ", ") + std::string(row->name);
+    if (nameOrPath == row->name) return ParseProfile(row->text, row->name, profile);
+    names.emplace_back(row->name);
   }
-  error = "there is no profile \"" + nameOrPath + "\"; there are: " + names;
-  return false;
+  return Failure{"there is no profile " + Quoted(nameOrPath) + "; there are: " + Joined(names)};
 }
 
 }  // namespace kxsim

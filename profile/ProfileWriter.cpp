@@ -1,5 +1,6 @@
-#include <profile/ProfileKeysPrivate.h>
-#include <profile/ProfileValuesPrivate.h>
+#include <profile/Faults.h>
+#include <profile/ProfileKeys.h>
+#include <profile/ProfileValues.h>
 
 namespace kxsim {
 namespace {
@@ -24,25 +25,12 @@ std::string WrittenKeys(const Profile& profile) {
   return text;
 }
 
-std::string WrittenRaw(const Answer& answer) {
-  if (answer.raw.size() == 1) return WrittenBytes(answer.raw[0]);
-  std::string list;
-  for (const std::string& piece : answer.raw)
-    list += (list.empty() ? "" : ", ") + WrittenBytes(piece);
-  return "[" + list + "]";
-}
-
-bool Same(const Answer& one, const Answer& other) {
-  return one.text == other.text && one.result == other.result && one.raw == other.raw &&
-         one.latencyMs == other.latencyMs && one.gapMs == other.gapMs;
-}
-
 std::string AnswerTable(const Answer& answer) {
   std::string list;
   if (!answer.raw.empty()) {
-    list = "raw = " + WrittenRaw(answer);
+    list = "raw = " + (answer.raw.size() == 1 ? Written(answer.raw[0]) : Written(answer.raw));
   } else {
-    list = "text = " + WrittenBytes(answer.text) + ", result = " + WrittenBytes(answer.result);
+    list = "text = " + Written(answer.text) + ", result = " + Written(answer.result);
   }
   if (answer.latencyMs != 0) list += ", latency = " + Written(answer.latencyMs);
   if (answer.gapMs != 0) list += ", gap = " + Written(answer.gapMs);
@@ -55,24 +43,27 @@ std::string WrittenAnswer(const Answer& answer) {
   if (answer.result.empty() && answer.text.empty() && answer.raw.empty()) brief = "(silence)";
   if (answer.text.empty() && !answer.result.empty()) brief = answer.result;
   if (!answer.text.empty() && answer.result != "OK") brief += "\n" + answer.result;
-  return Same(ParseAnswer(brief), answer) ? WrittenBytes(brief) : AnswerTable(answer);
+  return ParseAnswer(brief) == answer ? Written(brief) : AnswerTable(answer);
 }
 
 std::string WrittenAnswers(const std::vector<Answer>& answers) {
   if (answers.size() == 1) return WrittenAnswer(answers[0]);
-  std::string list;
-  for (const Answer& answer : answers) list += (list.empty() ? "" : ", ") + WrittenAnswer(answer);
-  return "[" + list + "]";
+  return "[" + WrittenList(answers, WrittenAnswer) + "]";
+}
+
+std::string WrittenParameter(const FaultParameter& parameter, const Fault& fault) {
+  if (parameter.number != nullptr) return Written(fault.*parameter.number);
+  if (parameter.chance != nullptr) return Written(fault.*parameter.chance);
+  return Written(fault.*parameter.text);
 }
 
 std::string WrittenFault(const Fault& fault) {
   const Fault plain;
   std::string text = "\n[[faults]]\n" + Assignment("kind", Written(fault.kind));
-  if (fault.at != plain.at) text += Assignment("at", Written(fault.at));
-  if (fault.rate != plain.rate) text += Assignment("rate", std::to_string(fault.rate));
-  if (fault.bytes != plain.bytes) text += Assignment("bytes", Written(fault.bytes));
-  if (fault.ms != plain.ms) text += Assignment("ms", Written(fault.ms));
-  if (!fault.text.empty()) text += Assignment("text", Written(fault.text));
+  for (const FaultParameter& parameter : FaultParameters()) {
+    const std::string value = WrittenParameter(parameter, fault);
+    if (value != WrittenParameter(parameter, plain)) text += Assignment(parameter.name, value);
+  }
   return text;
 }
 

@@ -1,19 +1,14 @@
 #include <recording/Anonymiser.h>
 
+#include <profile/Text.h>
 #include <recording/Secrets.h>
 
 #include <algorithm>
-#include <cctype>
 #include <map>
 #include <string_view>
 
 namespace kxsim {
 namespace {
-
-bool IsDigit(char byte) { return std::isdigit(static_cast<unsigned char>(byte)) != 0; }
-bool IsLetter(char byte) { return std::isalpha(static_cast<unsigned char>(byte)) != 0; }
-
-char Upper(char byte) { return static_cast<char>(std::toupper(static_cast<unsigned char>(byte))); }
 
 // A number is the same with and without its hyphens, in capital and in small letters.
 std::string Key(std::string_view secret) {
@@ -53,7 +48,7 @@ class Substitutes {
       char& byte = text[place.start + i];
       if (byte == '-') continue;
       const bool small = byte != Upper(byte);
-      byte = small ? static_cast<char>(std::tolower(*next)) : *next;
+      byte = small ? Lower(*next) : *next;
       ++next;
     }
   }

@@ -36,7 +36,7 @@ void Describe(const Devices::value_type& device, const std::string& what, Tell t
 
 }  // namespace
 
-bool ReadLog(std::istream& log, const std::string& port, LogReading& reading) {
+Result ReadLog(std::istream& log, const std::string& port, LogReading& reading) {
   LogRecords records(log);
   LogDialogue dialogue;
   LogRecord record;
@@ -56,10 +56,13 @@ bool ReadLog(std::istream& log, const std::string& port, LogReading& reading) {
   }
   std::stable_sort(reading.notes.begin(), reading.notes.end(),
                    [](const LogNote& one, const LogNote& other) { return one.line < other.line; });
-  if (chosen == devices.end()) return false;
+  if (chosen == devices.end()) {
+    const std::string whose = port.empty() ? "" : " with " + port;
+    return Failure{"there is no dialogue" + whose + " that could be played", kFailed};
+  }
   reading.profile = chosen->second.Build();
   reading.exchanges = chosen->second.Exchanges();
-  return true;
+  return {};
 }
 
 }  // namespace kxsim

@@ -17,7 +17,7 @@ struct LogReading {
 
 // Reads the debug log that the library keeps and makes a device of it that holds the same dialogue.
 // Where the log tells of several ports, the given one is taken; without one, that with the most
-// exchanges. False when there is nothing to play; the notes say why.
-bool ReadLog(std::istream& log, const std::string& port, LogReading& reading);
+// exchanges. A log with nothing to play is a failure; the notes say why.
+Result ReadLog(std::istream& log, const std::string& port, LogReading& reading);
 
 }  // namespace kxsim

@@ -1,7 +1,8 @@
 #include <recording/LogRecords.h>
 
+#include <profile/Text.h>
+
 #include <algorithm>
-#include <cctype>
 #include <iterator>
 
 namespace kxsim {
@@ -16,9 +17,7 @@ constexpr size_t kChunk = 64 * 1024;
 // Zeros stand for digits. From 2100 on the year takes three.
 constexpr std::string_view kStamps[] = {"00:00:00 00:00:00 - ", "00:00:000 00:00:00 - "};
 
-bool Fits(char byte, char pattern) {
-  return pattern == '0' ? std::isdigit(static_cast<unsigned char>(byte)) != 0 : byte == pattern;
-}
+bool Fits(char byte, char pattern) { return pattern == '0' ? IsDigit(byte) : byte == pattern; }
 
 // The length of the time stamp that a text begins with; 0 when it does not.
 size_t StampLength(std::string_view text) {

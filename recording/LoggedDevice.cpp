@@ -1,8 +1,8 @@
 #include <recording/LoggedDevice.h>
 
 #include <profile/CommandLine.h>
-#include <profile/LineSpeed.h>
-#include <profile/Script.h>
+#include <profile/Text.h>
+#include <profile/UsualSpeed.h>
 
 #include <algorithm>
 #include <string_view>
@@ -13,10 +13,6 @@ namespace {
 constexpr std::string_view kProbe = "ATE0V1";
 constexpr std::string_view kSpeedCommand = "AT+IPR=";
 constexpr size_t kMostStretches = 100;
-
-bool SameAnswer(const Answer& one, const Answer& other) {
-  return one.text == other.text && one.result == other.result;
-}
 
 bool IsSilent(const Answer& answer) { return answer.text.empty() && answer.result.empty(); }
 
@@ -67,7 +63,7 @@ std::string LineEndOf(const std::vector<Reply>& replies) {
 
 // The last answer is given for ever after, so once is enough.
 void DropRepeatedEnd(std::vector<Answer>& answers) {
-  while (answers.size() > 1 && SameAnswer(answers.back(), answers[answers.size() - 2])) {
+  while (answers.size() > 1 && answers.back() == answers[answers.size() - 2]) {
     answers.pop_back();
   }
 }
@@ -101,13 +97,13 @@ void LoggedDevice::LearnSpeed(const LoggedExchange& exchange) {
   if (command == kProbe) {
     if (told != 0 && silent) moves_ = false;
     if (told != 0 && !silent) answeredAt_.insert(told);
-    if (!IsLineSpeed(exchange.speed)) return;
+    if (!IsUsualSpeed(exchange.speed)) return;
     (silent ? silentAt_ : answeredAt_).insert(exchange.speed);
     if (!silent && firstSpeed_ == 0) firstSpeed_ = exchange.speed;
   } else if (command.starts_with(kSpeedCommand) &&
              exchange.outcome == LoggedExchange::Outcome::kOk) {
     const int speed = ToNumber(std::string_view(command).substr(kSpeedCommand.size())).value_or(0);
-    if (IsLineSpeed(speed)) newSpeed_ = speed;
+    if (IsUsualSpeed(speed)) newSpeed_ = speed;
   }
 }
 

@@ -1,9 +1,8 @@
 #include <recording/Secrets.h>
 
-#include <profile/Script.h>
+#include <profile/Text.h>
 
 #include <algorithm>
-#include <cctype>
 #include <iterator>
 #include <string>
 
@@ -57,9 +56,6 @@ struct SecretParameters {
 constexpr SecretParameters kSecretParameters[] = {
     {"+CPIN=", 0}, {"+CPIN2=", 0}, {"+CLCK=", 2}, {"+CPWD=", 1}};
 
-bool IsDigit(char byte) { return std::isdigit(static_cast<unsigned char>(byte)) != 0; }
-bool IsHex(char byte) { return std::isxdigit(static_cast<unsigned char>(byte)) != 0; }
-bool IsWord(char byte) { return std::isalnum(static_cast<unsigned char>(byte)) != 0; }
 bool IsInNumber(char byte) { return IsDigit(byte) || byte == '-'; }
 
 // The end of the run of such characters that begins at a place.
@@ -68,21 +64,12 @@ size_t RunEnd(std::string_view text, size_t start, bool (*belongs)(char)) {
   return start;
 }
 
-char Upper(char byte) { return static_cast<char>(std::toupper(static_cast<unsigned char>(byte))); }
-
-size_t FindWord(std::string_view text, std::string_view word, size_t from) {
-  const auto found =
-      std::search(text.begin() + static_cast<std::ptrdiff_t>(from), text.end(), word.begin(),
-                  word.end(), [](char one, char other) { return Upper(one) == other; });
-  return found == text.end() ? text.npos : static_cast<size_t>(found - text.begin());
-}
-
 // A word that is not all hexadecimal digits has its numbers among its letters.
 void AddNumbersOfWord(std::string_view text, size_t start, size_t end,
                       std::vector<SecretPlace>& places) {
   const std::string_view word = text.substr(start, end - start);
   if (word.starts_with("0x") || word.starts_with("0X")) start += 2;
-  if (RunEnd(text, start, IsHex) >= end) return places.push_back({start, end - start});
+  if (RunEnd(text, start, IsHexDigit) >= end) return places.push_back({start, end - start});
   for (size_t at = start; at < end;) {
     const size_t digits = std::min(RunEnd(text, at, IsDigit), end);
     if (digits > at) places.push_back({at, digits - at});
@@ -101,7 +88,7 @@ bool IsHyphenated(std::string_view number) {
 
 bool NamesNumber(std::string_view number) {
   return number.size() >= kShortestNumber &&
-         (DigitsIn(number) > 0 || std::all_of(number.begin(), number.end(), IsHex));
+         (DigitsIn(number) > 0 || std::all_of(number.begin(), number.end(), IsHexDigit));
 }
 
 bool AsksFor(std::string_view command, std::string_view query) {
@@ -110,7 +97,7 @@ bool AsksFor(std::string_view command, std::string_view query) {
   if (at == command.npos) return false;
   // A longer name is another command.
   const size_t end = at + query.size();
-  return end == command.size() || !IsWord(command[end]);
+  return end == command.size() || !IsLetterOrDigit(command[end]);
 }
 
 void AddCodesOf(std::string_view text, size_t start, size_t first,
@@ -118,7 +105,7 @@ void AddCodesOf(std::string_view text, size_t start, size_t first,
   for (size_t index = 0; start < text.size(); ++index) {
     const size_t end = std::min(text.find_first_of(",;\r\n", start), text.size());
     const size_t open = text.find_first_not_of(" \"", start);
-    const size_t stop = open < end ? RunEnd(text, open, IsWord) : end;
+    const size_t stop = open < end ? RunEnd(text, open, IsLetterOrDigit) : end;
     if (index >= first && open < end && stop - open >= kShortestCode) {
       places.push_back({open, stop - open, kCode});
     }
@@ -140,8 +127,8 @@ void AddByLength(std::string_view text, const SecretPlace& place,
 // A label is followed by its number, but for a "0x" in front.
 void AddByLabel(std::string_view text, const SecretName& label,
                 const std::vector<SecretPlace>& numbers, std::vector<SecretPlace>& places) {
-  size_t at = FindWord(text, label.name, 0);
-  for (; at != text.npos; at = FindWord(text, label.name, at)) {
+  size_t at = FindIgnoringCase(text, label.name);
+  for (; at != text.npos; at = FindIgnoringCase(text, label.name, at)) {
     at += label.name.size();
     const size_t start = std::min(text.find_first_not_of(" \t:=.#\"", at), text.size());
     const auto next = std::lower_bound(
@@ -159,10 +146,11 @@ std::vector<SecretPlace> FindNumbers(std::string_view text) {
   std::vector<SecretPlace> places;
   for (size_t at = 0; at < text.size();) {
     size_t end = IsDigit(text[at]) ? RunEnd(text, at, IsInNumber) : at;
-    if (IsHyphenated(text.substr(at, end - at)) && (end == text.size() || !IsWord(text[end]))) {
+    if (IsHyphenated(text.substr(at, end - at)) &&
+        (end == text.size() || !IsLetterOrDigit(text[end]))) {
       places.push_back({at, end - at});
     } else {
-      end = RunEnd(text, at, IsWord);
+      end = RunEnd(text, at, IsLetterOrDigit);
       if (end > at) AddNumbersOfWord(text, at, end, places);
     }
     at = std::max(end, at + 1);
@@ -197,8 +185,8 @@ std::vector<SecretPlace> FindAskedNumbers(std::string_view command, std::string_
 std::vector<SecretPlace> FindCodes(std::string_view text) {
   std::vector<SecretPlace> places;
   for (const SecretParameters& row : kSecretParameters) {
-    size_t at = FindWord(text, row.command, 0);
-    for (; at != text.npos; at = FindWord(text, row.command, at)) {
+    size_t at = FindIgnoringCase(text, row.command);
+    for (; at != text.npos; at = FindIgnoringCase(text, row.command, at)) {
       at += row.command.size();
       AddCodesOf(text, at, row.first, places);
     }

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <profile/FaultSet.h>
 #include <profile/Profile.h>
 #include <simulator/call/EscapeDetector.h>
 #include <simulator/call/FarEnd.h>
+#include <simulator/line/FaultSet.h>
 #include <simulator/line/HostWatch.h>
 #include <simulator/line/LineEditor.h>
 #include <simulator/line/Link.h>

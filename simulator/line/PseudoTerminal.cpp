@@ -1,6 +1,6 @@
 #include <fcntl.h>
-#include <profile/LineSpeed.h>
 #include <simulator/line/PseudoTerminal.h>
+#include <simulator/line/TerminalSpeed.h>
 #include <stdlib.h>
 #include <sys/ioctl.h>
 #include <termios.h>
@@ -37,7 +37,7 @@ void PseudoTerminal::Close() {
   master_ = slave_ = -1;
 }
 
-int PseudoTerminal::HostSpeed() const { return LineSpeedOf(master_); }
+int PseudoTerminal::HostSpeed() const { return TerminalSpeed(master_); }
 
 bool PseudoTerminal::HostEchoes() const {
   termios settings;

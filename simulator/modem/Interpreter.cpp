@@ -1,3 +1,4 @@
+#include <profile/Text.h>
 #include <simulator/line/LineEditor.h>
 #include <simulator/modem/Commands.h>
 #include <simulator/modem/Interpreter.h>

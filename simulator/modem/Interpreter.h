@@ -2,9 +2,9 @@
 
 #include <profile/CommandLine.h>
 #include <profile/Profile.h>
-#include <profile/Script.h>
 #include <simulator/modem/ModemState.h>
 #include <simulator/modem/Outcome.h>
+#include <simulator/modem/Script.h>
 
 #include <string>
 

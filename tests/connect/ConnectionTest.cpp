@@ -5,6 +5,7 @@
 #include <KXWAN/handset/CHandsetPlatform.h>
 #include <gtest/gtest.h>
 #include <tests/support/Dialogue.h>
+#include <tests/support/Host.h>
 
 #include <algorithm>
 #include <cstring>
@@ -128,9 +129,7 @@ TEST(IsApn, TakesPrintableTextWithoutQuotes) {
 
 // A device may take longer to attach than an ordinary answer takes.
 TEST(SetPhoneInGPRSMode, WaitsForASlowAttachOnce) {
-  kxsim::Profile profile;
-  std::string error;
-  ASSERT_TRUE(kxsim::LoadProfile("gprs-phone", profile, error)) << error;
+  kxsim::Profile profile = ProfileNamed("gprs-phone");
   profile.packet.attached = false;
   profile.packet.attachSeconds = 2;
   ScriptedDevice device(profile);

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <recording/LogReader.h>
+#include <tests/support/Host.h>
 
 #include <random>
 #include <sstream>
@@ -49,8 +50,8 @@ std::string LogOf(const std::string& text) {
 LogReading Read(const std::string& log, const std::string& port = "") {
   std::istringstream stream(log);
   LogReading reading;
-  const bool playable = ReadLog(stream, port, reading);
-  EXPECT_EQ(playable, reading.exchanges > 0);
+  const Result failure = ReadLog(stream, port, reading);
+  EXPECT_EQ(failure.has_value(), reading.exchanges == 0);
   return reading;
 }
 
@@ -86,6 +87,7 @@ const DialogueCase kDialogues[] = {
     {">ATI\n<a\nb\n", "\"ATI\" = { raw = \"\\r\\na\\nb\\r\\n\\r\\nOK\\r\\n\" }\n"},
     {">ATI\n<\"\x01\xFF\\\n", "\"ATI\" = \"\\\"\\u0001\\u00FF\\\\\"\n"},
     {">ATI\n<NO CARRIER\n", "\"ATI\" = { text = \"NO CARRIER\", result = \"OK\" }\n"},
+    {">AT+X=\xE9\xFF\x1B\n<\xC3\n", "\"AT+X=\\u00E9\\u00FF\\u001B\" = \"\\u00C3\"\n"},
     {">\n<OK\n>AT+A=1234567890123456789012345678901234567890\n<1\n",
      "\"\" = \"OK\"\n\"AT+A=1234567890123456789012345678901234567890\" = \"1\"\n"},
     {"#Application: anything\n>AT\n#KxSerial::Read() - Error\n<OK\n", "\"AT\" = \"OK\"\n"},
@@ -99,6 +101,8 @@ TEST(LogReader, MakesRepliesOfTheDialogue) {
     const LogReading reading = Read(LogOf(row.log));
     EXPECT_THAT(DeviceText(reading), HasSubstr(std::string("[replies]\n") + row.replies));
     EXPECT_THAT(Complaints(reading), SizeIs(0));
+    const std::string written = FormatProfile(reading.profile);
+    EXPECT_EQ(FormatProfile(ProfileOf(written)), written);
   }
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <tests/support/BusyMachine.h>
 #include <tests/support/Dialogue.h>
+#include <tests/support/Host.h>
 #include <tests/support/SideBySide.h>
 
 #include <algorithm>
@@ -98,9 +99,7 @@ const LateCase kLateCases[] = {
 TEST(EnterPinBehindALateAnswer, HasAnOutcomeOfItsOwn) {
   SideBySide(kLateCases, [](const LateCase& row) {
     OnABusyMachine([&] {
-      kxsim::Profile profile;
-      std::string error;
-      ASSERT_TRUE(kxsim::LoadProfile("gprs-phone-with-pin", profile, error)) << error;
+      kxsim::Profile profile = ProfileNamed("gprs-phone-with-pin");
       profile.line.echo = false;
       profile.faults = {{.kind = "late", .at = 1, .ms = row.lateMs, .text = ""}};
       ScriptedDevice device(profile);

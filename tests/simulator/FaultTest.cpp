@@ -1,7 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <profile/FaultSet.h>
+#include <profile/Faults.h>
 #include <simulator/SimulatedDevice.h>
+#include <simulator/line/FaultSet.h>
 #include <tests/support/Host.h>
 
 #include <chrono>
@@ -11,17 +12,14 @@
 namespace kxsim {
 namespace {
 
-using ::testing::HasSubstr;
-using ::testing::StartsWith;
-
 const std::string kOk = "\r\nOK\r\n";
 constexpr const char* kPlain = "families = [\"gsm\"]\n[line]\necho = false\n";
 const std::string kSignal = "\r\n+CSQ: 20,99\r\n\r\nOK\r\n";
 
 Fault FaultOf(const std::string& words) {
   Fault fault;
-  std::string error;
-  EXPECT_TRUE(ParseFault(words, fault, error)) << error;
+  const Result failure = ParseFault(words, fault);
+  if (failure) ADD_FAILURE() << failure->sentence;
   return fault;
 }
 
@@ -127,32 +125,6 @@ TEST(Fault, HangsUpAndComesBackUnderItsLink) {
   }
   EXPECT_EQ(got, answer);
   EXPECT_TRUE(std::filesystem::is_symlink(link));
-}
-
-struct BadFault {
-  const char* words;
-  const char* error;
-};
-
-const BadFault kBadFaults[] = {
-    {"fire", "unknown fault \"fire\"; expected one of pieces, pace"},
-    {"", "unknown fault \"\""},
-    {"late,minutes=3", "unknown \"minutes=3\"; expected at=, rate=, bytes=, ms= or text="},
-    {"late,ms", "\"ms\": expected milliseconds"},
-    {"late,ms=-1", "\"ms=-1\": expected milliseconds"},
-    {"lost,rate=1.5", "\"rate=1.5\": expected a number from 0 to 1"},
-    {"lost,rate=x", "\"rate=x\""},
-    {"lost,at=2000000", "\"at=2000000\""},
-};
-
-TEST(Fault, SaysWhatWasExpected) {
-  for (const BadFault& row : kBadFaults) {
-    SCOPED_TRACE(row.words);
-    Fault fault;
-    std::string error;
-    EXPECT_FALSE(ParseFault(row.words, fault, error));
-    EXPECT_THAT(error, StartsWith(row.error));
-  }
 }
 
 }  // namespace

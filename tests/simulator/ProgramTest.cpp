@@ -15,8 +15,10 @@
 
 namespace {
 
+using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
+using ::testing::Not;
 using ::testing::StartsWith;
 
 std::string TempPath(const std::string& name) {
@@ -57,6 +59,12 @@ class Program {
     if (fgets(line, sizeof line, output_) == nullptr) return "";
     return std::string(line).substr(0, std::string(line).find('\n'));
   }
+  std::string Rest() {
+    std::string text;
+    for (int byte = fgetc(output_); byte != EOF; byte = fgetc(output_))
+      text += static_cast<char>(byte);
+    return text;
+  }
   // The status with which it ends by itself.
   int Wait() {
     int status = 0;
@@ -96,8 +104,16 @@ TEST(Program, SaysWhatIsWrongWithACall) {
       {{"gprs-phone", "--link", "/nowhere/at/all"}, "/nowhere/at/all: No such file"},
       {{"gprs-phone", "--link", "a", "--link", "b"}, "there are more links than profiles\n"},
       {{"gprs-phone", "--fault", "fire"}, "kxwan-sim: unknown fault \"fire\""},
-      {{"gprs-phone", "--for", "-1"}, "--for"},
-      {{"gprs-phone", "--seed", "x"}, "--seed"},
+      {{"gprs-phone", "--fault", "late"}, "the fault \"late\" needs \"ms\""},
+      {{"gprs-phone", "--for", "-1"},
+       "--for: expected seconds from 0.001 to 1000000000 (see kxwan"},
+      {{"gprs-phone", "--for", "1e999"},
+       "--for: expected seconds from 0.001 to 1000000000 (see kx"},
+      {{"gprs-phone", "--for", "nan"}, "--for: expected seconds"},
+      {{"gprs-phone", "--seed", "x"}, "--seed: expected a whole number from 0 to 18446744073709"},
+      {{"gprs-phone", "--seed", "-1"}, "--seed: expected a whole number from 0 to"},
+      {{"/"}, "kxwan-sim: /: Is a directory\n"},
+      {{"--describe", "/"}, "kxwan-sim: /: Is a directory\n"},
       {{"--describe", "no-such"}, "there is no profile \"no-such\""},
       {{"--bogus"}, "--bogus"},
   };
@@ -121,8 +137,51 @@ TEST(Program, ListsAndDescribes) {
   EXPECT_EQ(description.Wait(), 0);
 }
 
+TEST(Program, TellsItsVersion) {
+  Program program({"--version"});
+  EXPECT_THAT(program.Line(), MatchesRegex("kxwan-sim [0-9]+\\.[0-9]+\\.[0-9]+"));
+  EXPECT_EQ(program.Wait(), 0);
+}
+
+// What a device says must not move the cursor or retitle the window of whoever looks at it.
+TEST(Program, ShowsTextsHarmlessly) {
+  const std::string profile = TempPath("escape.toml");
+  std::ofstream(profile)
+      << "description = \"d\\u001B[2J\"\nfamilies = []\n"
+      << "[identity]\nmodel = \"m\\u001B[2J\\u009B\"\n"
+      << "[replies]\n\"AT\\u001B[2J\" = [\"a\\u001B[2J\\nb\\r\", \"+CME ERROR: \\u001B\"]\n";
+  const std::string wrong = TempPath("wrong.toml");
+  std::ofstream(wrong) << "\"key\\u001B[2J\" = 1\n";
+  const std::string log = TempPath("escape-log");
+  std::ofstream(log) << "11:16:26 06:29:35 - KxSerial::Open() - '/dev/\x1B[2J' Success\n"
+                     << "11:16:26 06:29:35 - CSModem::SendCommand() -> AT\r\n"
+                     << "11:16:26 06:29:35 - CSModem::GetResponse() -> OK\n";
+  struct {
+    std::vector<std::string> arguments;
+    const char* shown;
+  } const kCalls[] = {
+      {{"--describe", profile}, "description:   d\\x1B[2J\n"},
+      {{"--describe", profile}, "model:         m\\x1B[2J\\x9B\n"},
+      {{"--describe", profile}, "  AT\\x1B[2J -> a\\x1B[2J / b\\r / OK, then +CME ERROR: \\x1B\n"},
+      {{wrong}, ":1: unknown key \"key\\x1B[2J\""},
+      {{"--from-log", log, "--write", "/nowhere/x"}, " played: /dev/\\x1B[2J\n"},
+      {{"--from-log", log, "--port", "\x1B"}, "there is no dialogue with \\x1B that could"},
+      {{"\x1B"}, "there is no profile \"\\x1B\""},
+  };
+  for (const auto& row : kCalls) {
+    SCOPED_TRACE(row.shown);
+    Program program(row.arguments);
+    const std::string output = program.Rest();
+    program.Wait();
+    EXPECT_THAT(output + program.Complaints(), AllOf(HasSubstr(row.shown), Not(HasSubstr("\x1B"))));
+  }
+  for (const std::string& file : {profile, wrong, log}) std::filesystem::remove(file);
+}
+
 TEST(Program, PlaysUnderALinkUntilItIsStopped) {
   const std::string link = TempPath("link");
+  const std::string own = link + ".new";
+  std::ofstream(own) << "the user's";
   std::filesystem::create_symlink("/nowhere", link);
   Program program({"--trace", "--link", link, "--fault", "rubbish,text=\x01", "gsm-phone-9600"});
   const std::string path = program.Line();
@@ -136,6 +195,7 @@ TEST(Program, PlaysUnderALinkUntilItIsStopped) {
   EXPECT_THAT(program.Complaints(), HasSubstr(" << AT+GMM\\r\\x01\\r\\n\n"));
   EXPECT_THAT(program.Complaints(), HasSubstr(" << SH 888\\r\\n\n"));
   EXPECT_FALSE(std::filesystem::exists(std::filesystem::symlink_status(link)));
+  EXPECT_TRUE(std::filesystem::remove(own));
 }
 
 TEST(Program, PlaysSeveralAndEndsInTime) {

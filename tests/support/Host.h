@@ -75,5 +75,6 @@ class Host {
   int terminal_;
 };
 
-// A profile from its text; the test fails when it is none.
+// A profile from its text, or a built-in one by its name; the test fails when it is none.
 kxsim::Profile ProfileOf(const std::string& toml);
+kxsim::Profile ProfileNamed(const std::string& name);

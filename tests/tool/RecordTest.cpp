@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <simulator/SimulatedDevice.h>
+#include <tests/support/Host.h>
 #include <tests/tool/Program.h>
 
 #include <filesystem>
@@ -44,10 +45,7 @@ std::string NewFile(const char* name) {
 }
 
 TEST(Record, ChangesNothingThatStays) {
-  kxsim::Profile profile;
-  std::string error;
-  ASSERT_TRUE(kxsim::ParseProfile(kPhone, "phone", profile, error)) << error;
-  kxsim::SimulatedDevice device(profile);
+  kxsim::SimulatedDevice device(ProfileOf(kPhone));
   ASSERT_EQ(RunProgram({"record", device.Path(), NewFile("kept.toml")}).status, 0);
   const std::vector<std::string> commands = device.Commands();
   ASSERT_GT(commands.size(), 50U);

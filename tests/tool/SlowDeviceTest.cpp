@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <profile/Profile.h>
 #include <tests/support/BusyMachine.h>
+#include <tests/support/Host.h>
 #include <tests/tool/Program.h>
 
 #include <algorithm>
@@ -76,9 +77,7 @@ void SlowDown(kxsim::Profile& profile, const Slowness& slowness) {
 }
 
 void AddRows(const char* name, const Slowness& slowness, std::vector<Row>& rows) {
-  kxsim::Profile profile;
-  std::string error;
-  ASSERT_TRUE(kxsim::LoadProfile(name, profile, error)) << error;
+  kxsim::Profile profile = ProfileNamed(name);
   const std::string prompt = SimulatedPort(kxsim::FormatProfile(profile));
   SlowDown(profile, slowness);
   const std::string slow = SimulatedPort(kxsim::FormatProfile(profile));

@@ -35,9 +35,9 @@ Result Port::Load(const std::string& profileName, kxsim::Profile& profile) const
     return WrongCall("There is no simulated device \"" + Printable(profileName) +
                      "\". There are: " + Joined(names, ", ") + ".");
   }
-  std::string error;
-  if (kxsim::LoadProfile(profileName, profile, error)) return {};
-  return WrongCall("The simulated device cannot be read. " + Printable(error));
+  const kxsim::Result failure = kxsim::LoadProfile(profileName, profile);
+  if (!failure) return {};
+  return WrongCall("The simulated device cannot be read. " + Printable(failure->sentence));
 }
 
 Result Port::OpenPath() {

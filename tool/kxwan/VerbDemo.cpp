@@ -45,8 +45,8 @@ bool RunStep(const Step& step, Demonstration& demonstration, Report& report) {
 
 Result Demonstrate(const std::string& name, Report& report) {
   Demonstration demonstration{.port = Port("sim:" + name)};
-  std::string error;
-  if (!kxsim::LoadProfile(name, demonstration.profile, error)) return WrongCall(error);
+  const kxsim::Result failure = kxsim::LoadProfile(name, demonstration.profile);
+  if (failure) return WrongCall(failure->sentence);
   report.Line(name + ": " + demonstration.profile.description);
   for (const Step& step : kSteps) {
     if (step.applies(demonstration) && !RunStep(step, demonstration, report)) {

@@ -5,11 +5,9 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kxsim {
-
-// A command as it is compared: capital letters and no blanks, except inside quotes.
-std::string Normalised(std::string_view command);
 
 // The replies that a profile lists, each command's answers in succession.
 class Script {

@@ -1,4 +1,5 @@
-#include <profile/FaultSet.h>
+#include <profile/Faults.h>
+#include <simulator/line/FaultSet.h>
 
 #include <algorithm>
 #include <iterator>
@@ -21,18 +22,15 @@ struct Spoiling {
   int bitsPerSecond;
 };
 
-size_t AtLeastOne(int count) { return static_cast<size_t>(std::max(count, 1)); }
-
 std::string NoiseOrText(const Spoiling& it) {
-  return it.fault.text.empty() ? it.chance.Noise(AtLeastOne(it.fault.bytes)) : it.fault.text;
+  return it.fault.text.empty() ? it.chance.Noise(static_cast<size_t>(it.fault.bytes))
+                               : it.fault.text;
 }
 
-std::string UnsolicitedLine(const Fault& fault) {
-  return "\r\n" + (fault.text.empty() ? "RING" : fault.text) + "\r\n";
-}
+std::string UnsolicitedLine(const Fault& fault) { return "\r\n" + fault.text + "\r\n"; }
 
 void InPieces(const Spoiling& it) {
-  it.delivery.smallestPiece = AtLeastOne(it.fault.bytes);
+  it.delivery.smallestPiece = static_cast<size_t>(it.fault.bytes);
   it.delivery.smallestGap = milliseconds(it.fault.ms);
 }
 
@@ -90,34 +88,30 @@ void HangUp(const Spoiling& it) {
   it.delivery.backAfterMs = it.fault.ms;
 }
 
-void Nothing(const Spoiling&) {}
-
-struct Kind {
-  std::string_view name;
+// How a kind is played; the others show elsewhere than in a reply.
+struct Play {
+  std::string_view kind;
   void (*spoil)(const Spoiling& it);
-  bool ratePerByte = false;
 };
 
-constexpr Kind kKinds[] = {
+constexpr Play kPlays[] = {
     {"pieces", InPieces},
     {"pace", AtPace},
     {"late", Late},
     {"lost", Lost},
-    {"drop", DropBytes, true},
-    {"flip", FlipBits, true},
+    {"drop", DropBytes},
+    {"flip", FlipBits},
     {"rubbish", RubbishInFront},
     {"between", LineBehind},
     {"inside", LineInside},
     {"flood", Flood},
     {"hangup", HangUp},
-    {kStuckEcho, Nothing},
-    {kNoise, Nothing},
 };
 
-const Kind* FindKind(std::string_view name) {
-  const Kind* found = std::find_if(std::begin(kKinds), std::end(kKinds),
-                                   [=](const Kind& kind) { return kind.name == name; });
-  return found == std::end(kKinds) ? nullptr : found;
+const Play* FindPlay(std::string_view kind) {
+  const Play* found = std::find_if(std::begin(kPlays), std::end(kPlays),
+                                   [=](const Play& play) { return play.kind == kind; });
+  return found == std::end(kPlays) ? nullptr : found;
 }
 
 }  // namespace
@@ -131,21 +125,18 @@ std::string Chance::Noise(size_t count) {
   return noise;
 }
 
-bool IsFaultKind(std::string_view kind) { return FindKind(kind) != nullptr; }
-
-std::string FaultKinds() {
-  std::string names;
-  for (const Kind& kind : kKinds) names += (names.empty() ? "" : ", ") + std::string(kind.name);
-  return names;
+FaultSet::FaultSet(std::vector<Fault> faults, uint64_t seed)
+    : faults_(std::move(faults)), chance_(seed) {
+  for (Fault& fault : faults_) fault = WithPresets(std::move(fault));
 }
 
 void FaultSet::Spoil(Delivery& delivery, int bitsPerSecond) {
   ++replies_;
   for (const Fault& fault : faults_) {
-    const Kind* kind = FindKind(fault.kind);
-    if (kind == nullptr || (fault.at != 0 && fault.at != replies_)) continue;
-    if (!kind->ratePerByte && !chance_.Happens(fault.rate)) continue;
-    kind->spoil({fault, delivery, chance_, bitsPerSecond});
+    const Play* play = FindPlay(fault.kind);
+    if (play == nullptr || (fault.at != 0 && fault.at != replies_)) continue;
+    if (!FindFaultKind(fault.kind)->ratePerByte && !chance_.Happens(fault.rate)) continue;
+    play->spoil({fault, delivery, chance_, bitsPerSecond});
   }
 }
 

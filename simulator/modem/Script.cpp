@@ -1,19 +1,7 @@
-#include <profile/Script.h>
-
-#include <cctype>
+#include <profile/Text.h>
+#include <simulator/modem/Script.h>
 
 namespace kxsim {
-
-std::string Normalised(std::string_view command) {
-  std::string result;
-  bool quoted = false;
-  for (const char byte : command) {
-    if (byte == '"') quoted = !quoted;
-    if (byte == ' ' && !quoted) continue;
-    result += quoted ? byte : static_cast<char>(std::toupper(static_cast<unsigned char>(byte)));
-  }
-  return result;
-}
 
 Script::Script(const std::vector<Reply>& replies) {
   for (const Reply& reply : replies) {

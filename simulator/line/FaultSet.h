@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <random>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace kxsim {
@@ -40,17 +39,10 @@ class Chance {
   std::mt19937_64 engine_;
 };
 
-bool IsFaultKind(std::string_view kind);
-std::string FaultKinds();
-
-// Reads "KIND,KEY=VALUE,..." with the keys at, rate, bytes, ms and text. False with a sentence in
-// error.
-bool ParseFault(std::string_view words, Fault& fault, std::string& error);
-
 // The faults of one device.
 class FaultSet {
  public:
-  FaultSet(std::vector<Fault> faults, uint64_t seed) : faults_(std::move(faults)), chance_(seed) {}
+  FaultSet(std::vector<Fault> faults, uint64_t seed);
 
   // Spoils one reply on a line of this speed.
   void Spoil(Delivery& delivery, int bitsPerSecond);
@@ -60,7 +52,7 @@ class FaultSet {
   std::string NoiseFor(size_t bytes);
 
  private:
-  const std::vector<Fault> faults_;
+  std::vector<Fault> faults_;
   Chance chance_;
   int replies_ = 0;
 };
