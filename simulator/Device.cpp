@@ -52,13 +52,16 @@ bool Device::Start(std::string& error) {
     error = std::string("no pseudo-terminal: ") + strerror(errno);
     return false;
   }
-  if (!link_.PointTo(terminal_.Path(), error)) {
+  const std::optional<std::string> refusal =
+      loop_.Watch(terminal_.Master(), POLLIN, [this](short ready) { OnReady(ready); });
+  if (refusal) error = terminal_.Path() + ": " + *refusal;
+  if (refusal || !link_.PointTo(terminal_.Path(), error)) {
+    loop_.Unwatch(terminal_.Master());
     terminal_.Close();
     return false;
   }
   speed_ = interpreter_.State().speed;
   watch_ = hosts_.Add(terminal_.Path(), [this] { OnHostGone(); });
-  loop_.Watch(terminal_.Master(), POLLIN, [this](short ready) { OnReady(ready); });
   return true;
 }
 

@@ -5,19 +5,6 @@
 #include <cerrno>
 
 namespace kxsim {
-namespace {
-
-using std::chrono::nanoseconds;
-
-// Timers of many paced lines are gathered at these marks, so that one wake-up serves them all.
-constexpr nanoseconds kGrid = std::chrono::microseconds(250);
-
-Loop::Clock::time_point OnGrid(Loop::Clock::time_point when) {
-  const nanoseconds beyond = when.time_since_epoch() % kGrid;
-  return beyond.count() == 0 ? when : when + (kGrid - beyond);
-}
-
-}  // namespace
 
 void Sender::Send(Chunk chunk) {
   if (waiting_ > kMostWaiting) chunk.bytes.clear();
@@ -49,7 +36,7 @@ void Sender::OnWritable() {
 }
 
 void Sender::WaitUntil(Loop::Clock::time_point when) {
-  timer_ = loop_.At(OnGrid(when), [this] {
+  timer_ = loop_.At(when, [this] {
     timer_.reset();
     Continue();
   });
