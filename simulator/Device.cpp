@@ -22,7 +22,9 @@ Device::Device(Loop& loop, HostWatch& hosts, Profile profile, DeviceOptions opti
       profile_(std::move(profile)),
       options_(std::move(options)),
       link_(options_.link),
-      sender_(loop, terminal_),
+      sender_(loop, terminal_,
+              {.filter = [this](std::string& bytes) { Filter(bytes); },
+               .blocked = [this] { UpdateEvents(); }}),
       faults_(Joined(profile_.faults, options_.faults), options_.seed),
       call_(loop, options_.onConnect,
             {.receive =
@@ -41,9 +43,7 @@ Device::Device(Loop& loop, HostWatch& hosts, Profile profile, DeviceOptions opti
                  // Not from inside the sender, which is about to be cleared.
                  .onHangUp = [this](int backAfterMs) {
                    loop_.Post([=, this] { GoAway(backAfterMs); });
-                 }}) {
-  sender_.SetFilter([this](std::string& bytes) { Filter(bytes); });
-}
+                 }}) {}
 
 Device::~Device() {
   if (comeBack_) loop_.Cancel(*comeBack_);
