@@ -19,8 +19,8 @@ KXWAN/api        KXWAN/foundation KXWAN/serial KXWAN/modem KXWAN/handset KXWAN/c
 profile
 recording        profile
 simulator/line   profile
-simulator/modem  profile simulator/line
 simulator/call   profile simulator/line
+simulator/modem  profile simulator/line simulator/call
 simulator        profile simulator/line simulator/modem simulator/call
 tool/kxwan       profile recording simulator KXWAN
 tool/kxwan-sim   profile recording simulator simulator/line

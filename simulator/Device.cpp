@@ -22,25 +22,28 @@ Device::Device(Loop& loop, HostWatch& hosts, Profile profile, DeviceOptions opti
       profile_(std::move(profile)),
       options_(std::move(options)),
       link_(options_.link),
-      sender_(loop, terminal_),
-      interpreter_(profile_),
+      sender_(loop, terminal_,
+              {.filter = [this](std::string& bytes) { Filter(bytes); },
+               .blocked = [this] { UpdateEvents(); }}),
       faults_(Joined(profile_.faults, options_.faults), options_.seed),
-      farEnd_(
-          loop, options_.onConnect, [this](std::string bytes) { ToHost(std::move(bytes)); },
-          [this] { LeaveData("NO CARRIER"); }),
-      escape_(loop, [this] {
-        data_ = false;
-        Unasked("OK", {});
-        UpdateEvents();
-      }) {
-  sender_.SetFilter([this](std::string& bytes) {
-    // A host that listens at another speed hears nothing.
-    if (!HearsHost()) bytes.clear();
-    // Deliberate: a terminal that echoes by itself would hand the data back for ever.
-    if (data_ && terminal_.HostEchoes()) bytes.clear();
-    Tell(Traffic::kToHost, bytes);
-  });
-}
+      call_(loop, options_.onConnect,
+            {.receive =
+                 [this](std::string bytes) {
+                   sender_.Send({std::move(bytes)});
+                   UpdateEvents();
+                 },
+             .escaped =
+                 [this] {
+                   commands_.Report("OK");
+                   UpdateEvents();
+                 },
+             .ended = [this] { commands_.Report("NO CARRIER"); }}),
+      commands_(profile_, terminal_, sender_, faults_, call_,
+                {.onCommand = options_.onCommand,
+                 // Not from inside the sender, which is about to be cleared.
+                 .onHangUp = [this](int backAfterMs) {
+                   loop_.Post([=, this] { GoAway(backAfterMs); });
+                 }}) {}
 
 Device::~Device() {
   if (comeBack_) loop_.Cancel(*comeBack_);
@@ -52,13 +55,15 @@ bool Device::Start(std::string& error) {
     error = std::string("no pseudo-terminal: ") + strerror(errno);
     return false;
   }
-  if (!link_.PointTo(terminal_.Path(), error)) {
+  const std::optional<std::string> refusal =
+      loop_.Watch(terminal_.Master(), POLLIN, [this](short ready) { OnReady(ready); });
+  if (refusal) error = terminal_.Path() + ": " + *refusal;
+  if (refusal || !link_.PointTo(terminal_.Path(), error)) {
+    loop_.Unwatch(terminal_.Master());
     terminal_.Close();
     return false;
   }
-  speed_ = interpreter_.State().speed;
   watch_ = hosts_.Add(terminal_.Path(), [this] { OnHostGone(); });
-  loop_.Watch(terminal_.Master(), POLLIN, [this](short ready) { OnReady(ready); });
   return true;
 }
 
@@ -66,18 +71,16 @@ void Device::HangUp() {
   if (!terminal_.IsOpen()) return;
   hosts_.Forget(watch_);
   loop_.Unwatch(terminal_.Master());
-  EndCall();
+  call_.End();
   sender_.Clear();
-  lines_.clear();
-  editor_.Clear();
-  busy_ = false;
+  commands_.Clear();
   terminal_.Close();
   Tell(Traffic::kNote, "hung up");
 }
 
 bool Device::HearsHost() const {
   const int host = terminal_.HostSpeed();
-  if (speed_ != 0) return host == speed_;
+  if (commands_.Speed() != 0) return host == commands_.Speed();
   const std::vector<int>& speeds = profile_.line.speeds;
   return host != 0 &&
          (speeds.empty() || std::find(speeds.begin(), speeds.end(), host) != speeds.end());
@@ -87,12 +90,21 @@ void Device::Tell(Traffic kind, std::string_view bytes) const {
   if (options_.onTraffic && !bytes.empty()) options_.onTraffic(kind, bytes);
 }
 
+void Device::Filter(std::string& bytes) const {
+  // A host that listens at another speed hears nothing.
+  if (!HearsHost()) bytes.clear();
+  // Deliberate: a terminal that echoes by itself would hand the data back for ever.
+  if (call_.CarriesData() && terminal_.HostEchoes()) bytes.clear();
+  Tell(Traffic::kToHost, bytes);
+}
+
 void Device::UpdateEvents() {
   if (!terminal_.IsOpen()) return;
-  const bool listens = !data_ || (sender_.Waiting() < kMostUnread && farEnd_.Ready());
+  const bool full = sender_.Waiting() >= kMostUnread;
+  const bool listens = !call_.CarriesData() || (!full && call_.TakesMore());
   const int events = (listens ? POLLIN : 0) | (sender_.Blocked() ? POLLOUT : 0);
   loop_.SetEvents(terminal_.Master(), static_cast<short>(events));
-  farEnd_.Pause(!data_ || sender_.Waiting() >= kMostUnread);
+  call_.HoldBack(full);
 }
 
 void Device::OnReady(short events) {
@@ -114,44 +126,17 @@ void Device::OnBytes(std::string_view bytes) {
     return;
   }
   Tell(Traffic::kFromHost, bytes);
-  if (data_) {
-    escape_.Feed(bytes);
-    farEnd_.Send(bytes);
+  if (call_.CarriesData()) {
+    call_.Send(bytes);
   } else {
-    OnTyped(bytes);
+    commands_.Take(bytes);
   }
-}
-
-bool Device::Echoes() const { return interpreter_.State().settings.echo || faults_.EchoStays(); }
-
-void Device::OnTyped(std::string_view bytes) {
-  // Deliberate: a terminal that echoes by itself would hand our echo back as the next command.
-  const bool mayEcho = Echoes() && !terminal_.HostEchoes();
-  const auto& registers = interpreter_.State().settings.registers;
-  std::string echo;
-  for (const char byte : bytes) {
-    editor_.endOfLine = static_cast<char>(registers[kEndOfLine]);
-    editor_.backspace = static_cast<char>(registers[kBackspace]);
-    if (busy_ && abortable_ && byte != '\n') Abort();
-    if (mayEcho && Echoes()) echo += byte;
-    std::optional<std::string> line = editor_.Feed(byte);
-    if (!line) continue;
-    sender_.Send({std::exchange(echo, "")});
-    OnLine(std::move(*line));
-  }
-  sender_.Send({std::move(echo)});
-}
-
-void Device::OnLine(std::string line) {
-  if (options_.onCommand) options_.onCommand(line);
-  if (lines_.size() < kMostLines) lines_.push_back(std::move(line));
-  RunNextLine();
 }
 
 void Device::OnHostGone() {
   terminal_.ForgetHost();
   // AT&D0: the fall of DTR means nothing to the device.
-  if (interpreter_.State().settings.terminalReady != 0) EndCall();
+  if (commands_.HeedsHost()) call_.End();
 }
 
 void Device::GoAway(int backAfterMs) {
@@ -159,7 +144,7 @@ void Device::GoAway(int backAfterMs) {
   if (backAfterMs == 0) return;
   comeBack_ = loop_.At(Loop::Clock::now() + std::chrono::milliseconds(backAfterMs), [this] {
     comeBack_.reset();
-    interpreter_.PowerUp();
+    commands_.PowerUp();
     std::string error;
     Tell(Traffic::kNote, Start(error) ? "back again" : error);
   });

@@ -1,19 +1,17 @@
 #pragma once
 
 #include <profile/Profile.h>
-#include <simulator/call/EscapeDetector.h>
-#include <simulator/call/FarEnd.h>
+#include <simulator/CommandMode.h>
+#include <simulator/call/DataCall.h>
 #include <simulator/line/FaultSet.h>
 #include <simulator/line/HostWatch.h>
-#include <simulator/line/LineEditor.h>
 #include <simulator/line/Link.h>
 #include <simulator/line/Loop.h>
 #include <simulator/line/PseudoTerminal.h>
 #include <simulator/line/Sender.h>
-#include <simulator/modem/Interpreter.h>
 
-#include <deque>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -46,35 +44,17 @@ class Device {
   void HangUp();
 
  private:
-  // Lines that came while the device was busy; more are lost.
-  static constexpr size_t kMostLines = 64;
   // What may wait for a host that does not read before the device stops listening to its data.
   static constexpr size_t kMostUnread = 64 * 1024;
 
   bool HearsHost() const;
-  bool Echoes() const;
   void Tell(Traffic kind, std::string_view bytes) const;
   void OnReady(short events);
   void OnBytes(std::string_view bytes);
-  void OnTyped(std::string_view bytes);
-  void OnLine(std::string line);
   void OnHostGone();
+  void Filter(std::string& bytes) const;
   void UpdateEvents();
-
-  void RunNextLine();
-  Delivery Prepared(const Outcome& outcome);
-  void Say(const Outcome& outcome);
-  void Finish(const Outcome& outcome, const Delivery& delivery);
-  void FinishCall(CallAction action);
-  void Unasked(const std::string& text, std::chrono::milliseconds pause);
-  void Flood(const std::string& text, size_t left, bool endless);
   void GoAway(int backAfterMs);
-  void Abort();
-
-  void Connect();
-  void LeaveData(const char* result);
-  void EndCall();
-  void ToHost(std::string bytes);
 
   Loop& loop_;
   HostWatch& hosts_;
@@ -83,17 +63,10 @@ class Device {
   PseudoTerminal terminal_;
   Link link_;
   Sender sender_;
-  Interpreter interpreter_;
-  LineEditor editor_;
   FaultSet faults_;
-  FarEnd farEnd_;
-  EscapeDetector escape_;
-  std::deque<std::string> lines_;
+  DataCall call_;
+  CommandMode commands_;
   int watch_ = -1;
-  int speed_ = 0;           // 0: any that the profile lists
-  bool busy_ = false;       // with a command line
-  bool abortable_ = false;  // what it is busy with
-  bool data_ = false;       // the line carries data
   std::optional<Loop::TimerKey> comeBack_;
 };
 

@@ -40,6 +40,7 @@ void SimulatedDevice::ClearCommands() {
 }
 
 void SimulatedDevice::HangUp() {
+  if (path_.empty()) return;
   std::promise<void> done;
   loop_.Post([&] {
     device_.HangUp();

@@ -35,10 +35,9 @@ class FarEnd {
  private:
   static constexpr size_t kMostWaiting = 64 * 1024;
 
-  bool Spawn(int input);
   void OnReady(short events);
   void Flush();
-  void Watch();
+  void UpdateEvents();
 
   Loop& loop_;
   const std::string command_;

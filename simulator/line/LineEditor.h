@@ -21,6 +21,8 @@ class LineEditor {
   static constexpr size_t kLongestLine = 2048;
 
  private:
+  std::optional<std::string> FeedPrefix(char byte);
+
   std::string line_;
 };
 

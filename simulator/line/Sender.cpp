@@ -5,19 +5,6 @@
 #include <cerrno>
 
 namespace kxsim {
-namespace {
-
-using std::chrono::nanoseconds;
-
-// Timers of many paced lines are gathered at these marks, so that one wake-up serves them all.
-constexpr nanoseconds kGrid = std::chrono::microseconds(250);
-
-Loop::Clock::time_point OnGrid(Loop::Clock::time_point when) {
-  const nanoseconds beyond = when.time_since_epoch() % kGrid;
-  return beyond.count() == 0 ? when : when + (kGrid - beyond);
-}
-
-}  // namespace
 
 void Sender::Send(Chunk chunk) {
   if (waiting_ > kMostWaiting) chunk.bytes.clear();
@@ -49,7 +36,7 @@ void Sender::OnWritable() {
 }
 
 void Sender::WaitUntil(Loop::Clock::time_point when) {
-  timer_ = loop_.At(OnGrid(when), [this] {
+  timer_ = loop_.At(when, [this] {
     timer_.reset();
     Continue();
   });
@@ -86,25 +73,31 @@ bool Sender::SendPiece(Chunk& chunk) {
     const size_t left = chunk.bytes.size() - offset_;
     pieceLeft_ = chunk.pieceSize == 0 ? left : std::min(left, chunk.pieceSize);
   }
-  std::string piece = chunk.bytes.substr(offset_, pieceLeft_);
-  if (filter_) filter_(piece);
+  const size_t gone = Write(chunk.bytes.substr(offset_, pieceLeft_));
+  offset_ += gone;
+  pieceLeft_ -= gone;
+  waiting_ -= gone;
+  if (blocked_) return false;
+  if (offset_ == chunk.bytes.size()) return true;
+  if (pieceLeft_ == 0) due_ += chunk.gap;
+  return false;
+}
+
+// Gives how many bytes of the piece are done with.
+size_t Sender::Write(std::string piece) {
+  const size_t whole = piece.size();
+  listener_.filter(piece);
   ssize_t written = 0;
   do {
     written = write(terminal_.Master(), piece.data(), piece.size());
   } while (written < 0 && errno == EINTR);
   if (written < 0 && errno == EAGAIN) {
     blocked_ = true;
-    return false;
+    listener_.blocked();
+    return 0;
   }
   // A filter may have shortened the piece, and a closed terminal takes everything.
-  const size_t gone =
-      written < 0 || piece.size() != pieceLeft_ ? pieceLeft_ : static_cast<size_t>(written);
-  offset_ += gone;
-  pieceLeft_ -= gone;
-  waiting_ -= gone;
-  if (offset_ == chunk.bytes.size()) return true;
-  if (pieceLeft_ == 0) due_ += chunk.gap;
-  return false;
+  return written < 0 || piece.size() != whole ? whole : static_cast<size_t>(written);
 }
 
 }  // namespace kxsim

@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace kxsim {
 
@@ -22,13 +23,16 @@ struct Chunk {
 // Sends chunks one after the other, each at its time, as far as the host takes them.
 class Sender {
  public:
-  // Looks at bytes that go out now and may change them.
-  using Filter = std::function<void(std::string& bytes)>;
+  struct Listener {
+    // Looks at bytes that go out now and may change them.
+    std::function<void(std::string& bytes)> filter = {};
+    // The terminal takes no more: OnWritable is to be called when it does.
+    Loop::Callback blocked = {};
+  };
 
-  Sender(Loop& loop, const PseudoTerminal& terminal) : loop_(loop), terminal_(terminal) {}
+  Sender(Loop& loop, const PseudoTerminal& terminal, Listener listener)
+      : loop_(loop), terminal_(terminal), listener_(std::move(listener)) {}
   ~Sender() { Clear(); }
-
-  void SetFilter(Filter filter) { filter_ = std::move(filter); }
 
   // While more than this waits for a host that does not read, nothing is added: it is lost, as on
   // a line without flow control.
@@ -40,17 +44,17 @@ class Sender {
   void Clear();
   // The terminal takes bytes again.
   void OnWritable();
-  // Whether the terminal is to be watched for that.
   bool Blocked() const { return blocked_; }
 
  private:
   void Continue();
   bool SendPiece(Chunk& chunk);
+  size_t Write(std::string piece);
   void WaitUntil(Loop::Clock::time_point when);
 
   Loop& loop_;
   const PseudoTerminal& terminal_;
-  Filter filter_;
+  const Listener listener_;
   std::deque<Chunk> chunks_;
   size_t waiting_ = 0;
   size_t offset_ = 0;     // into the first chunk

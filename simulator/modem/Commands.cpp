@@ -22,6 +22,21 @@ constexpr Family kFamilies[] = {
 
 }  // namespace
 
+Outcome Told(const Command& command, std::string_view value) {
+  return Info(std::string(command.name) + ": " + std::string(value));
+}
+
+Outcome ListRange(ModemState&, const Command& command, std::string_view) {
+  return Told(command, command.range);
+}
+
+Outcome Known(ModemState&, const Command&, std::string_view) { return Done(); }
+
+std::optional<int> NumberUpTo(int highest, std::string_view text) {
+  const std::optional<int> number = ToNumber(text);
+  return number && *number >= 0 && *number <= highest ? number : std::nullopt;
+}
+
 const Command* FindCommand(const ModemState& state, std::string_view name) {
   for (const Family& family : kFamilies) {
     if (*family.name != '\0' && !state.Has(family.name)) continue;

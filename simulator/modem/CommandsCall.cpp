@@ -6,18 +6,18 @@ namespace kxsim {
 namespace {
 
 std::string Connected(const ModemState& state) {
-  const bool plain = state.settings.connectTexts == 0 || state.speed == 0;
+  const bool plain = state.settings[kConnectTexts] == 0 || state.speed == 0;
   return plain ? "CONNECT" : "CONNECT " + std::to_string(state.speed);
 }
 
-Outcome HangUp(ModemState& state, std::string_view parameters) {
-  if (ToNumber(parameters).value_or(0) > 1) return Refused();
-  state.online = false;
-  return {.call = CallAction::kEnd};
+Outcome HangUp(ModemState& state, const Command& command, std::string_view parameters) {
+  if (!parameters.empty() && !NumberUpTo(command.highest, parameters)) return Refused();
+  state.call->End();
+  return Done();
 }
 
-Outcome Resume(ModemState& state, std::string_view) {
-  if (!state.online) return {.result = "NO CARRIER"};
+Outcome Resume(ModemState& state, const Command&, std::string_view) {
+  if (!state.call->IsUp()) return {.result = "NO CARRIER"};
   return {.result = Connected(state), .call = CallAction::kResume};
 }
 
@@ -31,33 +31,29 @@ std::optional<int> DialedContext(std::string_view number) {
   return ToNumber(number.substr(stars + 1, number.size() - stars - 2));
 }
 
-Outcome DialPacket(ModemState& state, std::string_view number) {
-  const std::optional<int> context = DialedContext(number);
-  if (!context) return Refused();
-  if (*context != 0 && !state.contexts.contains(*context)) return Refused();
-  if (!state.attached || !state.Registered()) return {.result = "NO CARRIER"};
+Outcome DialNetwork(const ModemState& state) {
+  if (!state.Registered()) return {.result = "NO CARRIER"};
   return {.result = Connected(state), .call = CallAction::kConnect, .abortable = true};
 }
 
-Outcome Dial(ModemState& state, std::string_view parameters) {
-  if (state.online) return Refused();
-  if (!parameters.empty() && (parameters.front() == 'T' || parameters.front() == 'P')) {
-    parameters.remove_prefix(1);
-  }
+Outcome DialPacket(const ModemState& state, std::string_view number) {
+  const std::optional<int> context = DialedContext(number);
+  if (!context || (*context != 0 && !state.contexts.contains(*context))) return Refused();
+  return state.attached ? DialNetwork(state) : Outcome{.result = "NO CARRIER"};
+}
+
+Outcome Dial(ModemState& state, const Command&, std::string_view number) {
+  if (state.call->IsUp()) return Refused();
   if (state.Obstacle() != kNoError) return Refused(state.Obstacle());
-  if (parameters.starts_with(kPacketDial) && state.Has("gprs")) {
-    return DialPacket(state, parameters);
-  }
-  if (parameters == "#777" && (state.Has("cdma") || state.Has("qualcomm"))) {
-    if (!state.Registered()) return {.result = "NO CARRIER"};
-    return {.result = Connected(state), .call = CallAction::kConnect, .abortable = true};
-  }
+  if (number.starts_with('T') || number.starts_with('P')) number.remove_prefix(1);
+  if (number.starts_with(kPacketDial) && state.Has("gprs")) return DialPacket(state, number);
+  if (number == "#777" && (state.Has("cdma") || state.Has("qualcomm"))) return DialNetwork(state);
   // There is nobody to talk to.
   return {.result = "NO CARRIER", .abortable = true};
 }
 
 constexpr Command kCommands[] = {
-    {.name = "H", .execute = HangUp},
+    {.name = "H", .execute = HangUp, .highest = 1},
     {.name = "O", .execute = Resume},
     {.name = "D", .execute = Dial},
 };

@@ -5,76 +5,63 @@
 namespace kxsim {
 namespace {
 
-// The name by which a form "+GMM: text" is known.
-struct GenericName {
-  char text[8];
-};
+const std::string& Manufacturer(const Identity& identity) { return identity.manufacturer; }
+const std::string& Model(const Identity& identity) { return identity.model; }
+const std::string& Revision(const Identity& identity) { return identity.revision; }
+const std::string& Serial(const Identity& identity) { return identity.serial; }
 
-Outcome Named(const ModemState& state, std::string_view name, const std::string& text) {
-  if (text.empty()) return Refused(kNotSupported);
+// A device that has no such name does not know the command.
+Outcome IsNamed(ModemState& state, const Command& command, std::string_view) {
+  return Concluded(command.text(state.profile->identity).empty() ? kNotSupported : kNoError);
+}
+
+Outcome Name(ModemState& state, const Command& command, std::string_view) {
   const Identity& identity = state.profile->identity;
-  const std::string start = identity.prefix ? std::string(name) + ": " : "";
-  return Info(start + (identity.quotes ? '"' + text + '"' : text));
+  const std::string& name = command.text(identity);
+  if (name.empty()) return Refused(kNotSupported);
+  const std::string text = identity.quotes ? '"' + name + '"' : name;
+  return identity.prefix ? Told(command, text) : Info(text);
 }
 
-template <GenericName name, auto text>
-Outcome Tell(ModemState& state, std::string_view) {
-  return Named(state, name.text, state.profile->identity.*text);
-}
-
-template <GenericName name, auto text>
-constexpr Command Teller() {
-  return {.name = name.text,
-          .test =
-              [](ModemState& state, std::string_view) {
-                const bool known = !(state.profile->identity.*text).empty();
-                return Concluded(known ? kNoError : kNotSupported);
-              },
-          .execute = Tell<name, text>};
-}
-
-Outcome Capabilities(ModemState& state, std::string_view) {
+Outcome Capabilities(ModemState& state, const Command& command, std::string_view) {
   const std::string& list = state.profile->identity.capabilities;
-  return list.empty() ? Refused(kNotSupported) : Info("+GCAP: " + list);
+  return list.empty() ? Refused(kNotSupported) : Told(command, list);
 }
 
-Outcome Subscriber(ModemState& state, std::string_view) {
+Outcome Subscriber(ModemState& state, const Command&, std::string_view) {
   if (state.Obstacle() != kNoError) return Refused(state.Obstacle());
   const std::string& imsi = state.profile->identity.imsi;
   return imsi.empty() ? Refused(kNotSupported) : Info(imsi);
 }
 
-Outcome OwnNumber(ModemState& state, std::string_view) {
+Outcome OwnNumber(ModemState& state, const Command& command, std::string_view) {
   if (state.Obstacle() != kNoError) return Refused(state.Obstacle());
   const std::string& number = state.profile->identity.number;
   if (number.empty()) return Done();
-  return Info("+CNUM: \"\",\"" + number + "\"," + (number.front() == '+' ? "145" : "129"));
+  return Told(command, "\"\",\"" + number + "\"," + (number.front() == '+' ? "145" : "129"));
 }
 
-Outcome Known(ModemState&, std::string_view) { return Done(); }
-
 constexpr Command kBasic[] = {
-    Teller<GenericName{"+GMI"}, &Identity::manufacturer>(),
-    Teller<GenericName{"+GMM"}, &Identity::model>(),
-    Teller<GenericName{"+GMR"}, &Identity::revision>(),
-    Teller<GenericName{"+GSN"}, &Identity::serial>(),
+    {.name = "+GMI", .execute = Name, .test = IsNamed, .text = Manufacturer},
+    {.name = "+GMM", .execute = Name, .test = IsNamed, .text = Model},
+    {.name = "+GMR", .execute = Name, .test = IsNamed, .text = Revision},
+    {.name = "+GSN", .execute = Name, .test = IsNamed, .text = Serial},
     {.name = "+GCAP", .execute = Capabilities},
+};
+
+constexpr Command kGsm[] = {
+    {.name = "+CGMI", .execute = Name, .test = IsNamed, .text = Manufacturer},
+    {.name = "+CGMM", .execute = Name, .test = IsNamed, .text = Model},
+    {.name = "+CGMR", .execute = Name, .test = IsNamed, .text = Revision},
+    {.name = "+CGSN", .execute = Name, .test = IsNamed, .text = Serial},
+    {.name = "+CIMI", .execute = Subscriber, .test = Known},
+    {.name = "+CNUM", .execute = OwnNumber, .test = Known},
 };
 
 }  // namespace
 
 std::span<const Command> IdentityCommands() { return kBasic; }
 
-std::span<const Command> GsmIdentityCommands() {
-  static constexpr Command kGsm[] = {
-      Teller<GenericName{"+CGMI"}, &Identity::manufacturer>(),
-      Teller<GenericName{"+CGMM"}, &Identity::model>(),
-      Teller<GenericName{"+CGMR"}, &Identity::revision>(),
-      Teller<GenericName{"+CGSN"}, &Identity::serial>(),
-      {.name = "+CIMI", .test = Known, .execute = Subscriber},
-      {.name = "+CNUM", .test = Known, .execute = OwnNumber},
-  };
-  return kGsm;
-}
+std::span<const Command> GsmIdentityCommands() { return kGsm; }
 
 }  // namespace kxsim

@@ -10,12 +10,12 @@ namespace {
 constexpr int kMostContexts = 16;
 constexpr size_t kLongestAccessPoint = 100;
 
-Outcome TellAttached(ModemState& state, std::string_view) {
+Outcome TellAttached(ModemState& state, const Command& command, std::string_view) {
   if (state.Obstacle() != kNoError) return Refused(state.Obstacle());
-  return Info(state.attached ? "+CGATT: 1" : "+CGATT: 0");
+  return Told(command, state.attached ? "1" : "0");
 }
 
-Outcome Attach(ModemState& state, std::string_view parameters) {
+Outcome Attach(ModemState& state, const Command&, std::string_view parameters) {
   if (parameters != "0" && parameters != "1") return Refused(kIncorrectParameters);
   if (state.Obstacle() != kNoError) return Refused(state.Obstacle());
   const PacketSettings& packet = state.profile->packet;
@@ -36,7 +36,7 @@ std::optional<int> ContextNumber(const std::string& text) {
   return number && *number >= 1 && *number <= kMostContexts ? number : std::nullopt;
 }
 
-Outcome ListContexts(ModemState& state, std::string_view) {
+Outcome ListContexts(ModemState& state, const Command&, std::string_view) {
   std::string list;
   for (const auto& [number, accessPoint] : state.contexts) {
     list += (list.empty() ? "" : "\n") + std::string("+CGDCONT: ") + std::to_string(number) +
@@ -46,7 +46,7 @@ Outcome ListContexts(ModemState& state, std::string_view) {
 }
 
 // A number alone takes the context away.
-Outcome DefineContext(ModemState& state, std::string_view parameters) {
+Outcome DefineContext(ModemState& state, const Command&, std::string_view parameters) {
   const std::vector<std::string> parts = SplitParameters(parameters);
   const std::optional<int> number = ContextNumber(parts[0]);
   if (!number) return Refused(kIncorrectParameters);
@@ -61,62 +61,49 @@ Outcome DefineContext(ModemState& state, std::string_view parameters) {
   return Done();
 }
 
-bool Accepts(const ModemState& state, std::string_view name) {
+bool Accepts(const ModemState& state, const Command& command) {
   const std::vector<std::string>& qos = state.profile->packet.qos;
-  return std::find(qos.begin(), qos.end(), name) != qos.end();
+  return std::find(qos.begin(), qos.end(), command.name) != qos.end();
 }
 
-struct QosName {
-  char text[12];
-};
-
-constexpr std::string_view kShortRanges = ": \"IP\",(0-3),(0-4),(0-5),(0-9),(0-18,31)";
-constexpr std::string_view kLongRanges =
-    ": \"IP\",(0-4),(0-384),(0-384),(0-384),(0-384),(0-2),"
-    "(0-1520),(\"0E0\",\"1E1\"),(\"0E0\",\"1E1\"),(0-3),"
-    "(0,100-4000),(0-3)";
-
-template <QosName name>
-Outcome TestQos(ModemState& state, std::string_view) {
-  if (!Accepts(state, name.text)) return Refused(kNotSupported);
-  const bool isLong = std::string_view(name.text).starts_with("+CGE");
-  return Info(name.text + std::string(isLong ? kLongRanges : kShortRanges));
+Outcome TestQos(ModemState& state, const Command& command, std::string_view) {
+  return Accepts(state, command) ? Told(command, command.range) : Refused(kNotSupported);
 }
 
-template <QosName name>
-Outcome ReadQos(ModemState& state, std::string_view) {
-  if (!Accepts(state, name.text)) return Refused(kNotSupported);
-  const auto found = state.stored.find(name.text);
-  return found == state.stored.end() ? Done() : Info(name.text + (": " + found->second));
+Outcome ReadQos(ModemState& state, const Command& command, std::string_view) {
+  if (!Accepts(state, command)) return Refused(kNotSupported);
+  const auto found = state.stored.find(command.name);
+  return found == state.stored.end() ? Done() : Told(command, found->second);
 }
 
-template <QosName name>
-Outcome SetQos(ModemState& state, std::string_view parameters) {
-  if (!Accepts(state, name.text)) return Refused(kNotSupported);
+Outcome SetQos(ModemState& state, const Command& command, std::string_view parameters) {
+  if (!Accepts(state, command)) return Refused(kNotSupported);
   if (!ContextNumber(SplitParameters(parameters)[0])) return Refused(kIncorrectParameters);
-  state.stored[name.text] = parameters;
+  state.stored[std::string(command.name)] = parameters;
   return Done();
 }
 
-template <QosName name>
-constexpr Command Qos() {
-  return {.name = name.text, .test = TestQos<name>, .read = ReadQos<name>, .set = SetQos<name>};
+constexpr std::string_view kShortRanges = "\"IP\",(0-3),(0-4),(0-5),(0-9),(0-18,31)";
+constexpr std::string_view kLongRanges =
+    "\"IP\",(0-4),(0-384),(0-384),(0-384),(0-384),(0-2),"
+    "(0-1520),(\"0E0\",\"1E1\"),(\"0E0\",\"1E1\"),(0-3),"
+    "(0,100-4000),(0-3)";
+
+constexpr Command Qos(std::string_view name, std::string_view range) {
+  return {.name = name, .read = ReadQos, .set = SetQos, .test = TestQos, .range = range};
 }
 
 constexpr Command kCommands[] = {
-    {.name = "+CGATT",
-     .test = [](ModemState&, std::string_view) { return Info("+CGATT: (0,1)"); },
-     .read = TellAttached,
-     .set = Attach},
+    {.name = "+CGATT", .read = TellAttached, .set = Attach, .test = ListRange, .range = "(0,1)"},
     {.name = "+CGDCONT",
-     .test = [](ModemState&,
-                std::string_view) { return Info("+CGDCONT: (1-16),\"IP\",,,(0-2),(0-4)"); },
      .read = ListContexts,
-     .set = DefineContext},
-    Qos<QosName{"+CGQMIN"}>(),
-    Qos<QosName{"+CGQREQ"}>(),
-    Qos<QosName{"+CGEQMIN"}>(),
-    Qos<QosName{"+CGEQREQ"}>(),
+     .set = DefineContext,
+     .test = ListRange,
+     .range = "(1-16),\"IP\",,,(0-2),(0-4)"},
+    Qos("+CGQMIN", kShortRanges),
+    Qos("+CGQREQ", kShortRanges),
+    Qos("+CGEQMIN", kLongRanges),
+    Qos("+CGEQREQ", kLongRanges),
 };
 
 }  // namespace

@@ -11,6 +11,7 @@ namespace kxsim {
 namespace {
 
 constexpr std::string_view kSpeedCommand = "AT+IPR=";
+constexpr std::string_view kEchoOff = "ATE0V1";
 constexpr std::string_view kConnect = "CONNECT";
 constexpr std::string_view kRepeat = "A/";
 
@@ -48,8 +49,8 @@ void Append(Outcome& whole, Outcome part) {
 
 }  // namespace
 
-Interpreter::Interpreter(const Profile& profile)
-    : profile_(profile), script_(profile.replies), state_(profile) {}
+Interpreter::Interpreter(const Profile& profile, DataCall& call)
+    : profile_(profile), script_(profile.replies), state_(profile, call) {}
 
 void Interpreter::PowerUp() {
   SimCard card = state_.card;
@@ -88,8 +89,8 @@ Outcome Interpreter::RunLine(const std::string& line) {
 }
 
 Outcome Interpreter::RunScripted(const std::string& line) {
-  if (Normalised(line) != "ATE0V1") return Refused();
-  state_.settings.echo = false;
+  if (Normalised(line) != kEchoOff) return Refused();
+  state_.settings[kEcho] = 0;
   return Done();
 }
 
@@ -107,7 +108,7 @@ Outcome Interpreter::RunBuiltIn(const Invocation& command) {
   const Handler handlers[] = {known->execute, known->read, known->set, known->test};
   const Handler handler = handlers[static_cast<size_t>(command.form)];
   if (handler == nullptr) return extended ? Refused(kNotSupported) : Refused();
-  return handler(state_, command.parameters);
+  return handler(state_, *known, command.parameters);
 }
 
 Outcome Interpreter::Play(const Answer& answer, const std::string& line) {
@@ -126,23 +127,18 @@ Outcome Interpreter::Play(const Answer& answer, const std::string& line) {
 }
 
 void Interpreter::CarryOutSilently(const std::string& line, Outcome& outcome) {
-  const std::string command = Normalised(line);
-  if (!profile_.scripted) {
-    std::vector<Invocation> commands;
-    SplitCommandLine(command, commands);
-    for (const Invocation& each : commands) {
-      const Outcome effect = RunBuiltIn(each);
-      outcome.newSpeed |= effect.newSpeed;
-      if (effect.call == CallAction::kEnd) outcome.call = effect.call;
-    }
-    return;
-  }
-  if (command == "ATE0V1") state_.settings.echo = false;
+  if (profile_.scripted) return CarryOutScripted(Normalised(line), outcome);
+  std::vector<Invocation> commands;
+  SplitCommandLine(line, commands);
+  for (const Invocation& each : commands) outcome.newSpeed |= RunBuiltIn(each).newSpeed;
+}
+
+void Interpreter::CarryOutScripted(const std::string& command, Outcome& outcome) {
+  if (command == kEchoOff) state_.settings[kEcho] = 0;
   // Such a device is deaf at no speed, whatever it is told.
-  const bool moves =
-      profile_.line.moves && !profile_.line.autobaud && command.starts_with(kSpeedCommand);
-  const std::optional<int> speed =
-      moves ? ToNumber(std::string_view(command).substr(kSpeedCommand.size())) : std::nullopt;
+  const bool moves = profile_.line.moves && !profile_.line.autobaud;
+  if (!moves || !command.starts_with(kSpeedCommand)) return;
+  const std::optional<int> speed = ToNumber(std::string_view(command).substr(kSpeedCommand.size()));
   if (!speed) return;
   state_.speed = *speed;
   outcome.newSpeed = true;
@@ -158,25 +154,32 @@ std::string Interpreter::LineEnd() const {
   return end;
 }
 
-std::string Interpreter::Spoken(const Outcome& outcome) const {
+std::string Interpreter::LineStart() const {
+  return state_.settings[kVerbose] != 0 ? LineEnd() : "";
+}
+
+std::string Interpreter::ResultOf(const Outcome& outcome) const {
   const Settings& settings = state_.settings;
-  const std::string end = LineEnd();
-  const std::string start = settings.verbose ? end : "";
-  std::string result = outcome.result;
-  if (outcome.error != kNoError) result = ErrorResult(outcome.error, state_.errorReports);
-  if (settings.quiet) result.clear();
-  std::string bytes;
-  if (!outcome.text.empty()) {
-    bytes += start;
-    for (const char byte : outcome.text) byte == '\n' ? bytes += end : bytes += byte;
-    bytes += end;
-  }
-  const std::string_view number = settings.verbose ? "" : NumberOf(result);
+  if (settings[kQuiet] != 0) return "";
+  const std::string result =
+      outcome.error == kNoError ? outcome.result : ErrorResult(outcome.error, state_.errorReports);
+  const std::string_view number = settings[kVerbose] != 0 ? "" : NumberOf(result);
   if (!number.empty()) {
-    bytes += std::string(number) + static_cast<char>(settings.registers[kEndOfLine]);
-  } else if (!result.empty()) {
-    bytes += start + result + end;
+    return std::string(number) + static_cast<char>(settings.registers[kEndOfLine]);
   }
+  return result.empty() ? "" : LineStart() + result + LineEnd();
+}
+
+std::string Interpreter::TextOf(const Outcome& outcome) const {
+  if (outcome.text.empty()) return "";
+  const std::string end = LineEnd();
+  std::string text = LineStart();
+  for (const char byte : outcome.text) byte == '\n' ? text += end : text += byte;
+  return text + end;
+}
+
+std::string Interpreter::Spoken(const Outcome& outcome) const {
+  std::string bytes = TextOf(outcome) + ResultOf(outcome);
   if (profile_.line.nulBytes && !bytes.empty()) bytes.insert(bytes.begin(), '\0');
   return bytes;
 }

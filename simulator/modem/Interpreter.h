@@ -14,7 +14,7 @@ namespace kxsim {
 // built-in command is carried out silently all the same when the listed answer is a success.
 class Interpreter {
  public:
-  explicit Interpreter(const Profile& profile);
+  Interpreter(const Profile& profile, DataCall& call);
 
   // Starts the device anew, with the card that is in it.
   void PowerUp();
@@ -33,7 +33,11 @@ class Interpreter {
   Outcome RunBuiltIn(const Invocation& command);
   Outcome Play(const Answer& answer, const std::string& line);
   void CarryOutSilently(const std::string& line, Outcome& outcome);
+  void CarryOutScripted(const std::string& command, Outcome& outcome);
   std::string LineEnd() const;
+  std::string LineStart() const;
+  std::string TextOf(const Outcome& outcome) const;
+  std::string ResultOf(const Outcome& outcome) const;
 
   const Profile& profile_;
   Script script_;

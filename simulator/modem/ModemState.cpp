@@ -3,16 +3,10 @@
 #include <algorithm>
 
 namespace kxsim {
-namespace {
-
-constexpr int kHomeNetwork = 1;
-constexpr int kRoaming = 5;
-
-}  // namespace
 
 Settings FactorySettings(const Profile& profile) {
   Settings settings;
-  settings.echo = profile.line.echo;
+  settings[kEcho] = profile.line.echo ? 1 : 0;
   settings.registers[kEscapeCharacter] = '+';
   settings.registers[kEndOfLine] = '\r';
   settings.registers[kLineFeed] = '\n';
@@ -21,8 +15,9 @@ Settings FactorySettings(const Profile& profile) {
   return settings;
 }
 
-ModemState::ModemState(const Profile& its)
+ModemState::ModemState(const Profile& its, DataCall& itsCall)
     : profile(&its),
+      call(&itsCall),
       settings(FactorySettings(its)),
       kept(settings),
       card(its.sim),
@@ -51,10 +46,12 @@ EquipmentError ModemState::Obstacle() const {
   return Has("gsm") || Has("gprs") ? card.Obstacle() : kNoError;
 }
 
+int ModemState::Registration() const {
+  return functionality == 1 && Obstacle() == kNoError ? profile->radio.registration : 0;
+}
+
 bool ModemState::Registered() const {
-  const int state = profile->radio.registration;
-  return functionality == 1 && Obstacle() == kNoError &&
-         (state == kHomeNetwork || state == kRoaming);
+  return Registration() == kHomeNetwork || Registration() == kRoaming;
 }
 
 }  // namespace kxsim

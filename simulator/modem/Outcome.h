@@ -7,8 +7,8 @@
 
 namespace kxsim {
 
-// What a command does to the call, once its result has been sent.
-enum class CallAction { kNone, kConnect, kResume, kEnd };
+// What becomes of the data call once the result has been sent.
+enum class CallAction { kNone, kConnect, kResume };
 
 // What comes of a command line: what is said, and what is done when it has been said.
 struct Outcome {

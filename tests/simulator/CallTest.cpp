@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <simulator/SimulatedDevice.h>
 #include <tests/support/Host.h>
 
+#include <list>
 #include <string>
 
 namespace kxsim {
@@ -118,6 +120,30 @@ TEST(Call, ReachesACommandAndEndsWithIt) {
     EXPECT_EQ(host.Ask(row.sent, row.answer), row.answer);
     EXPECT_EQ(host.Ask("AT\r", kOk), kOk);
   }
+}
+
+// Each device has a loop and a thread of its own, but the process has one SIGCHLD.
+TEST(Call, ReachesCommandsOfManyDevicesAndGivesSigchldBack) {
+  struct sigaction own = {};
+  own.sa_handler = [](int) {};
+  struct sigaction before;
+  sigaction(SIGCHLD, &own, &before);
+  {
+    std::list<SimulatedDevice> devices;
+    std::list<Host> hosts;
+    for (int i = 0; i < 8; ++i) {
+      DeviceOptions options;
+      options.onConnect = "read -r line; echo \"<$line>\"";
+      const SimulatedDevice& device = devices.emplace_back(ProfileOf(kGprs), std::move(options));
+      EXPECT_EQ(hosts.emplace_back(device.Path()).Ask("ATD*99#\r", kConnect), kConnect);
+    }
+    for (Host& host : hosts) host.Send("x\n");
+    const std::string answer = "<x>\n" + kNoCarrier;
+    for (Host& host : hosts) EXPECT_EQ(host.Read(answer.size()), answer);
+  }
+  struct sigaction after;
+  sigaction(SIGCHLD, &before, &after);
+  EXPECT_EQ(after.sa_handler, own.sa_handler);
 }
 
 TEST(Call, HoldsACommandBackForAHostThatDoesNotRead) {

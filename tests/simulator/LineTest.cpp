@@ -175,6 +175,18 @@ TEST(Line, ForgetsCommandsWhenAskedTo) {
   EXPECT_THAT(device.Commands(), ElementsAre("AT"));
 }
 
+// The system takes no more than some ten thousand bytes at once, also of a reply that is late.
+TEST(Line, SendsALongReplyToItsEnd) {
+  for (const char* latency : {"0", "1"}) {
+    SCOPED_TRACE(latency);
+    const std::string reply(500'000, 'x');
+    SimulatedDevice device(ProfileOf("[line]\necho = false\nlatency = " + std::string(latency) +
+                                     "\n[replies]\n\"AT+BIG\" = { raw = \"" + reply + "\" }\n"));
+    Host host(device.Path());
+    EXPECT_EQ(host.Ask("AT+BIG\r", reply).size(), reply.size());
+  }
+}
+
 // Whatever a host does, the device is there afterwards.
 TEST(Line, SurvivesWhatNoModemIsSent) {
   SimulatedDevice device(ProfileOf("[line]\necho = false\n[replies]\n\"AT+BIG\" = { raw = \"" +
