@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# clang-tidy over every source of the tree that the clang preset compiles. A source that was found
-# clean is not looked at again until it, a header of it or the configuration changes.
+# clang-tidy over all that the clang preset compiles. What was found clean is not looked at again
+# until it, a header of it or the configuration changes.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 export build=build/clang
@@ -18,5 +18,7 @@ tidy() {
 }
 export -f tidy
 
-git ls-files -z '*.cpp' | grep -zv 'Mac\.cpp$\|^tests/packaging/' |
-  xargs -0 -n 1 -P "$(nproc)" bash -c 'tidy "$1"' tidy
+# The largest first, so that none is waited for at the end.
+sed -n 's/^ *"file": "\(.*\)",\?$/\1/p' "$build/compile_commands.json" |
+  grep -v 'cmake_pch\|/tests/packaging/' | sort -u | xargs ls -S |
+  xargs -n 1 -P "$(nproc)" bash -c 'tidy "$1"' tidy

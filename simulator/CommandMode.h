@@ -1,9 +1,9 @@
 #pragma once
 
-#include <profile/FaultSet.h>
 #include <profile/Profile.h>
 #include <simulator/ReplySender.h>
 #include <simulator/call/DataCall.h>
+#include <simulator/line/FaultSet.h>
 #include <simulator/line/LineEditor.h>
 #include <simulator/line/PseudoTerminal.h>
 #include <simulator/line/Sender.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <profile/FaultSet.h>
+#include <simulator/line/FaultSet.h>
 #include <simulator/line/PseudoTerminal.h>
 #include <simulator/line/Sender.h>
 
