@@ -15,7 +15,7 @@ std::string MakeFreshLink(const std::string& target, const std::string& path,
                           std::error_code& failure) {
   constexpr int kMostNames = 1000;
   for (int number = 0; number < kMostNames; ++number) {
-    const std::string fresh =
+    std::string fresh =
         path + "." + std::to_string(getpid()) + "-" + std::to_string(number) + ".new";
     fs::create_symlink(target, fresh, failure);
     if (!failure) return fresh;

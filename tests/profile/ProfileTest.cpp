@@ -47,7 +47,7 @@ const BadProfile kBadProfiles[] = {
     {"replies = 1", "bad.toml:1: expected a table of commands"},
     {"[[faults]]\nkind = \"fire\"",
      "bad.toml:2: unknown fault \"fire\"; expected one of pieces, pace"},
-    {"[[faults]]\nkind = \"late\"", "bad.toml:1: the fault \"late\" needs \"ms\": mill"},
+    {"[[faults]]\nkind = \"late\"", "bad.toml:1: the fault \"late\" needs \"ms\" from 1"},
     {"[[faults]]\nkind = \"late\"\nms = \"5\"", "bad.toml:3: \"ms\": expected milliseconds from 0"},
     {"[[faults]]\nkind = \"lost\"\nms = 5",
      "bad.toml:3: the fault \"lost\" has no \"ms\"; it takes"},
@@ -97,7 +97,7 @@ struct BadFault {
 const BadFault kBadFaults[] = {
     {"fire", "unknown fault \"fire\"; expected one of pieces, pace"},
     {"", "unknown fault \"\""},
-    {"late", "the fault \"late\" needs \"ms\": milliseconds from 0 to 1000000"},
+    {"late", "the fault \"late\" needs \"ms\" from 1 to 1000000"},
     {"late,ms=0", "the fault \"late\" needs \"ms\""},
     {"late,minutes=3", "the fault \"late\" has no \"minutes\"; it takes at, rate, ms"},
     {"lost,ms=3", "the fault \"lost\" has no \"ms\"; it takes at, rate"},

@@ -121,7 +121,7 @@ Result PlayFiles(const Options& options) {
 
 Result PlayLog(const Options& options) {
   LogReading reading;
-  const Result failure = LoadLog(options.log, options.port, reading);
+  Result failure = LoadLog(options.log, options.port, reading);
   for (const LogNote& note : reading.notes) {
     Tell(options.log + ":" + std::to_string(note.line) + ": " + note.text);
   }
