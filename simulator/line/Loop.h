@@ -34,7 +34,7 @@ class Loop {
   // Before the descriptor is closed.
   void Unwatch(int descriptor);
 
-  // Calls back once, at that time or within a millisecond after it.
+  // Calls back once, never before that time and mostly within a millisecond after it.
   TimerKey At(Clock::time_point when, Callback callback);
   void Cancel(TimerKey key);
 

@@ -26,7 +26,7 @@ Outcome TellFunctionality(ModemState& state, const Command& command, std::string
 
 Outcome SetFunctionality(ModemState& state, const Command&, std::string_view parameters) {
   const std::optional<int> level = ToNumber(SplitParameters(parameters)[0]);
-  if (level != 0 && level != 1 && level != 4) return Refused(kIncorrectParameters);
+  if (!level || (*level != 0 && *level != 1 && *level != 4)) return Refused(kIncorrectParameters);
   state.functionality = *level;
   return Done();
 }

@@ -146,7 +146,7 @@ class Modem {
  private:
   std::string Answer(const std::string& line) {
     const Outcome outcome = interpreter_.Execute(line);
-    const std::string answer = interpreter_.Spoken(outcome);
+    std::string answer = interpreter_.Spoken(outcome);
     const bool quiet = interpreter_.State().settings[kQuiet] != 0;
     EXPECT_EQ(answer.empty(), quiet && outcome.text.empty()) << testing::PrintToString(line);
     if (outcome.call == CallAction::kConnect) call_.Connect('+', std::chrono::milliseconds(0));
