@@ -13,12 +13,12 @@ namespace kxsim {
 namespace {
 
 constexpr double kMost = 1'000'000;
-constexpr std::string_view kWhole = "a whole number from 0 to 1000000";
+constexpr std::string_view kWholeNumber = "a whole number from 0 to 1000000";
 
 constexpr FaultParameter kParameters[] = {
-    {.name = "at", .expected = kWhole, .number = &Fault::at},
+    {.name = "at", .expected = kWholeNumber, .number = &Fault::at},
     {.name = "rate", .expected = "a number from 0 to 1", .chance = &Fault::rate},
-    {.name = "bytes", .expected = kWhole, .number = &Fault::bytes},
+    {.name = "bytes", .expected = kWholeNumber, .number = &Fault::bytes},
     {.name = "ms", .expected = "milliseconds from 0 to 1000000", .number = &Fault::ms},
     {.name = "text", .expected = "a text", .text = &Fault::text},
 };

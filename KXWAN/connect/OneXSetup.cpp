@@ -15,19 +15,19 @@ using kxwan::Fail;
 namespace {
 
 // What a model wants to be told before its mode.
-struct Preparation {
+struct ModelCommand {
   const char* model;    // occurs in the model text; "" fits any
   const char* command;  // null: none
 };
 
 // The first row that fits wins.
-constexpr Preparation kPacketDataPreparations[] = {
+constexpr ModelCommand kPacketDataPreparations[] = {
     {"9150", "AT$QCSCRM=1\r"},
     {"9155", "AT$QCSCRM=1\r"},
     {"TX-25B", "AT+CRM=1\r"},
     {"", nullptr},
 };
-constexpr Preparation kQuickNetConnectPreparations[] = {
+constexpr ModelCommand kQuickNetConnectPreparations[] = {
     {"TX-25B", "AT+CRM=0\r"},
     {"", nullptr},
 };
@@ -36,7 +36,7 @@ static_assert(*std::rbegin(kQuickNetConnectPreparations)->model == '\0',
               "the last row must fit any");
 
 struct Mode {
-  std::span<const Preparation> preparations;
+  std::span<const ModelCommand> preparations;
   const char* command;   // the chip maker's
   const char* standard;  // IS-707
   const char* mobileIp;
@@ -48,7 +48,7 @@ constexpr Mode kQuickNetConnect = {kQuickNetConnectPreparations, "AT$QCMDR=2;$QC
                                    "AT+CRM=0;+CSO=12\r", "AT$QCMIP=1\r"};
 
 void PrepareModel(CSModem* modem, const Mode& mode, const char* model) {
-  const Preparation& row = kxwan::FirstRow(mode.preparations, [model](const Preparation& each) {
+  const ModelCommand& row = kxwan::FirstRow(mode.preparations, [model](const ModelCommand& each) {
     return kxwan::Contains(model, each.model);
   });
   if (row.command != nullptr) Exchange(modem, row.command);
