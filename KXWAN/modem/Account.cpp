@@ -46,6 +46,14 @@ bool AsksFor(const Asked& asked, std::string_view name) {
   return false;
 }
 
+// The echo of the command stands in front where it is on.
+std::string_view WithoutEcho(std::string_view text) {
+  while (text.starts_with("AT") && text.find('\n') != std::string_view::npos) {
+    text = Trimmed(text.substr(text.find('\n')));
+  }
+  return text;
+}
+
 std::string_view WithoutAt(std::string_view command) {
   command = Trimmed(command);
   return command.substr(command.starts_with("AT") ? 2 : command.size());
@@ -91,8 +99,8 @@ bool Account::AskForAnyOf(std::string_view command) const {
 }
 
 void Account::DropQuestionsNotAnsweredBy(std::string_view text) {
+  if (Trimmed(WithoutEcho(text)).empty()) return;
   const std::string numbers = NumbersIn(text);
-  if (numbers.empty()) return;
   const auto other = std::find_if(asked_.begin(), asked_.end(), [&](const Asked& asked) {
     return !asked.isQuestion || asked.answer.empty() || asked.answer == numbers;
   });
@@ -126,10 +134,7 @@ bool Account::AreAllQuestions() const {
 }
 
 std::string_view NameOfAnswer(std::string_view text) {
-  // The echo of the command stands in front where it is on.
-  while (text.starts_with("AT") && text.find('\n') != std::string_view::npos) {
-    text = Trimmed(text.substr(text.find('\n')));
-  }
+  text = WithoutEcho(text);
   const std::string_view name = NameAt(text);
   return name.size() > 1 && text.substr(name.size()).starts_with(':') ? name : "";
 }

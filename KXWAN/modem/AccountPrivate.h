@@ -36,8 +36,8 @@ class Account {
   // Whether one of them that is no question of ours asks for what this command asks for.
   bool AskForAnyOf(std::string_view command) const;
 
-  // Drops the oldest ones that are questions with another answer than this text. One without
-  // numbers says nothing: some devices say OK to registers that they do not know.
+  // Drops the oldest ones that are questions with another answer than this text. None at all says
+  // nothing: some devices say OK to registers that they do not know.
   void DropQuestionsNotAnsweredBy(std::string_view text);
 
   // Whether the text names the other command, and none of those here of this exchange.
