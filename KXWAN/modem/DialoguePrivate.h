@@ -73,10 +73,10 @@ class Dialogue {
 
   const Answer& Result() const { return answer_; }
   Seconds AnsweredAfter() const { return line_.doubles.At() - exchange_.triedAt; }
-
-  // Whether a result is waited for without a command. What is heard behind it must wait.
-  bool Listens() const { return phase_ == Phase::kListening; }
   bool WasSent() const { return exchange_.tries > 0; }
+
+  // Whether a result is waited for without a command.
+  bool Listens() const { return phase_ == Phase::kListening; }
 
   // What has come for the last try of an exchange that has no result, or for who listens.
   std::string_view Unfinished() { return listens_ || WasSent() ? reply_.Unfinished() : ""; }
@@ -84,8 +84,7 @@ class Dialogue {
   // Whether the begin of an answer has come whose result has not.
   bool HasHalfAnswer() const { return reply_.HasText(); }
 
-  // Lines that came while nobody waited for an answer, oldest first, each with its "\n". Of very
-  // many the oldest are forgotten.
+  // Lines that came while nobody waited, oldest first, each with its "\n"; of many the last.
   std::string TakeUnasked() { return std::exchange(unasked_, {}); }
 
   // How many commands may still be answered.
