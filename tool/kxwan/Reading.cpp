@@ -12,6 +12,8 @@ struct Patience {
   int32_t tries;
 };
 
+constexpr unsigned long kTimeoutMs = 5000;
+
 constexpr Patience kReadings[] = {{4000, 1}, {4000, 2}, {4000, 2}};
 
 // Waits longer for the answers of a device as long as the object lives.
@@ -40,6 +42,9 @@ Failure TooLate(const Port& port) {
                       "at\" and a longer --timeout.");
 }
 
+// What a reading that was broken off may have left: the device then answers otherwise.
+void EndErrorNumbers(Port& port) { Ask(port, "AT+CMEE=0", kTimeoutMs); }
+
 }  // namespace
 
 // Where a result came that no exchange could take, silence may have been lateness.
@@ -56,6 +61,7 @@ Reading ReadInTime(Port& port, const std::function<void()>& read) {
     if (reading.ignored == 0) return reading;
     reading.failure = CheckAnswers(port);
     if (reading.failure) return reading;
+    EndErrorNumbers(port);
     if (kxwan::CountAnswers(port.Modem()).late == before.late) ++silent;
     if (silent == kSilentReadings) return reading;
   }
@@ -71,7 +77,6 @@ void ShowIgnored(uint32_t ignored, Report& report) {
 }
 
 Result CheckAnswers(Port& port) {
-  constexpr unsigned long kTimeoutMs = 5000;
   constexpr int kLongestDoubt = 4;  // times the three seconds in which a line may be settled
   int result = kxwan::kResultInDoubt;
   for (int i = 0; i < kLongestDoubt && result == kxwan::kResultInDoubt; ++i) {
