@@ -2,15 +2,10 @@
 #include <signal.h>
 #include <simulator/SimulatedDevice.h>
 #include <tests/support/Host.h>
+#include <tests/support/ThreadSanitizer.h>
 
 #include <list>
 #include <string>
-
-// The event library closes descriptors by the bare system call, where the thread sanitizer does not
-// see it: whoever gets the same number next would seem to race.
-extern "C" [[gnu::visibility("default")]] const char* __tsan_default_suppressions() {
-  return "called_from_lib:libuv.so\n";
-}
 
 namespace kxsim {
 namespace {

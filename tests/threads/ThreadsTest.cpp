@@ -7,6 +7,7 @@
 #include <simulator/SimulatedDevice.h>
 #include <simulator/line/PseudoTerminal.h>
 #include <sys/socket.h>
+#include <tests/support/ThreadSanitizer.h>
 #include <unistd.h>
 
 #include <atomic>
