@@ -1,5 +1,6 @@
 #include <benchmarks/model/ModelSettlement.h>
 #include <gtest/gtest.h>
+#include <tests/modem/FaultyRuns.h>
 
 #include <cmath>
 #include <string>
@@ -17,15 +18,7 @@ constexpr double kChance = 3;
 constexpr double kMostQueriesWrong = .003;
 
 std::string Faults(const SettleFamily& family, const SettleTally& tally) {
-  std::string text;
-  for (const uint32_t run : tally.faults) {
-    kxmodel::Timeline timeline;
-    SettleTally ignored;
-    kxmodel::RunSettlement(family, kSeed, run, &timeline, ignored);
-    text += "seed " + std::to_string(kSeed) + ", run " + std::to_string(run) + ":\n" +
-            timeline.Text() + '\n';
-  }
-  return text;
+  return FaultyRuns(family, kSeed, tally, kxmodel::RunSettlement);
 }
 
 // What goes once goes only behind a line that is settled, and has its own answer or none.

@@ -2,6 +2,7 @@
 #include <benchmarks/model/ModelSearch.h>
 #include <benchmarks/model/ModelTalk.h>
 #include <gtest/gtest.h>
+#include <tests/modem/FaultyRuns.h>
 
 #include <string>
 
@@ -14,15 +15,7 @@ constexpr uint64_t kSeed = 1;
 constexpr uint32_t kRuns = 2000;
 
 std::string Faults(const SearchFamily& family, const SearchTally& tally) {
-  std::string text;
-  for (const uint32_t run : tally.faults) {
-    kxmodel::Timeline timeline;
-    SearchTally ignored;
-    kxmodel::RunSearch(family, kSeed, run, &timeline, ignored);
-    text += "seed " + std::to_string(kSeed) + ", run " + std::to_string(run) + ":\n" +
-            timeline.Text() + '\n';
-  }
-  return text;
+  return FaultyRuns(family, kSeed, tally, kxmodel::RunSearch);
 }
 
 TEST(SpeedSearchSchedule, FindsTheDevicesSpeedAndNoOther) {
